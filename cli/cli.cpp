@@ -1,0 +1,44 @@
+#include "cli/cli.h"
+
+#include "cli/commands.h"
+#include "tripkit/json.h"
+
+namespace roamwise::cli {
+
+int run(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+    CLI::App app{"Roamwise: cheap round trips from your home airports, from a terminal.",
+                 "roamwise-cli"};
+    app.require_subcommand(1);
+    app.fallthrough(false);
+    Io io{out, err};
+    for (const CommandAdder& add : allCommands()) add(app, io);
+
+    // CLI11 wants argv order reversed in a vector.
+    std::vector<std::string> reversed(args.rbegin(), args.rend());
+    try {
+        app.parse(reversed);
+    } catch (const CLI::ParseError& e) {
+        // --help arrives as a "successful" parse error; the help shown is
+        // that of the command it was given to.
+        if (e.get_exit_code() == 0) {
+            app.exit(e, out, err);
+            return kOk;
+        }
+        err << "roamwise-cli: " << e.what() << "\n";
+        err << "Run 'roamwise-cli --help' or 'roamwise-cli COMMAND --help' for usage.\n";
+        return kUsage;
+    } catch (const UsageError& e) {
+        err << "roamwise-cli: " << e.what() << "\n";
+        err << "Run 'roamwise-cli --help' or 'roamwise-cli COMMAND --help' for usage.\n";
+        return kUsage;
+    } catch (const tripkit::json::DecodeError& e) {
+        err << "roamwise-cli: " << e.what() << "\n";
+        return kNoData;
+    } catch (const std::exception& e) {
+        err << "roamwise-cli: " << e.what() << "\n";
+        return kNoData;
+    }
+    return io.status;
+}
+
+}  // namespace roamwise::cli

@@ -1,0 +1,18 @@
+// Every subcommand of roamwise-cli, one source file each.
+#pragma once
+
+#include "cli/common.h"
+
+namespace roamwise::cli {
+
+void addDealsCommand(CLI::App& root, Io& io);
+
+// In the order `--help` lists them.
+inline const std::vector<CommandAdder>& allCommands() {
+    static const std::vector<CommandAdder> adders = {
+        addDealsCommand,
+    };
+    return adders;
+}
+
+}  // namespace roamwise::cli

@@ -1,0 +1,96 @@
+#include "cli/common.h"
+
+#include <cerrno>
+#include <cmath>
+#include <cstring>
+#include <fstream>
+#include <sstream>
+
+#include <fmt/format.h>
+
+namespace roamwise::cli {
+
+void addDataOptions(CLI::App& command, DataOptions& options) {
+    command.add_option("--data", options.dataDir, "Folder laid out like the data host")
+        ->required()
+        ->check(CLI::ExistingDirectory);
+    command.add_option("--home", options.homes, "Home airports, main one first (e.g. JFK,EWR)")
+        ->required();
+    command.add_option("--today", options.today, "Day to run for (YYYY-MM-DD; default: today)")
+        ->check(dayValidator());
+    command.add_flag("--json", options.json, "Print JSON instead of a table");
+}
+
+std::vector<std::string> parseHomeCodes(const std::string& text) {
+    std::vector<std::string> codes;
+    std::stringstream stream(text);
+    std::string piece;
+    while (std::getline(stream, piece, ',')) {
+        std::string code;
+        for (char c : piece) {
+            if (c == ' ' || c == '\t') continue;
+            code += static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+        }
+        if (code.empty()) continue;
+        bool letters = code.size() == 3;
+        for (char c : code) letters = letters && c >= 'A' && c <= 'Z';
+        if (!letters) throw UsageError("--home: not an airport code: " + piece);
+        if (std::find(codes.begin(), codes.end(), code) != codes.end()) {
+            throw UsageError("--home: " + code + " is given twice");
+        }
+        codes.push_back(code);
+    }
+    if (codes.empty()) throw UsageError("--home: give one to three airport codes, e.g. JFK,EWR");
+    if (codes.size() > 3) throw UsageError("--home: at most three home airports");
+    return codes;
+}
+
+CLI::Validator dayValidator() {
+    return CLI::Validator(
+        [](std::string& text) -> std::string {
+            auto day = tripkit::Day::parse(text);
+            if (!day || day->text() != text) return "not a date (YYYY-MM-DD): " + text;
+            return "";
+        },
+        "YYYY-MM-DD");
+}
+
+tripkit::Day resolveToday(const std::string& text) {
+    if (text.empty()) return tripkit::Day::today();
+    auto day = tripkit::Day::parse(text);
+    if (!day || day->text() != text) throw UsageError("not a date (YYYY-MM-DD): " + text);
+    return *day;
+}
+
+std::optional<std::string> readFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    if (!in) {
+        if (errno == ENOENT) return std::nullopt;
+        throw std::runtime_error(path + ": " + std::strerror(errno));
+    }
+    std::ostringstream bytes;
+    bytes << in.rdbuf();
+    if (in.bad()) throw std::runtime_error(path + ": read failed");
+    return bytes.str();
+}
+
+void reportSkipped(std::ostream& err, const std::string& code, const std::string& why) {
+    err << "roamwise-cli: skipping " << code << ": " << why << "\n";
+}
+
+void printJson(std::ostream& out, const tripkit::json::Json& value) {
+    out << value.dump(2) << "\n";
+}
+
+std::string money(double dollars) {
+    const bool whole = std::trunc(dollars) == dollars;
+    std::string digits = whole ? fmt::format("{:.0f}", std::abs(dollars))
+                               : fmt::format("{:.2f}", std::abs(dollars));
+    const std::size_t point = whole ? digits.size() : digits.find('.');
+    for (std::ptrdiff_t i = static_cast<std::ptrdiff_t>(point) - 3; i > 0; i -= 3) {
+        digits.insert(static_cast<std::size_t>(i), ",");
+    }
+    return (dollars < 0 ? "-$" : "$") + digits;
+}
+
+}  // namespace roamwise::cli

@@ -1,0 +1,98 @@
+// Pieces the commands share: options, the data folder, output helpers.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <ostream>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+#include <CLI/CLI.hpp>
+
+#include "cli/cli.h"
+#include "tripkit/days.h"
+#include "tripkit/json.h"
+
+namespace roamwise::cli {
+
+// Thrown by commands for arguments that parsed but make no sense; reported
+// with the usage hint and exit status kUsage.
+struct UsageError : std::runtime_error {
+    using std::runtime_error::runtime_error;
+};
+
+// What a command writes to and the status it ends with.
+struct Io {
+    std::ostream& out;
+    std::ostream& err;
+    int status = 0;
+};
+
+// Registers one subcommand; its callback sets io.status.
+using CommandAdder = std::function<void(CLI::App& root, Io& io)>;
+
+// The options of every command that reads a data-host folder.
+struct DataOptions {
+    std::string dataDir;
+    std::string homes;  // "JFK,EWR"
+    std::string today;  // "YYYY-MM-DD", empty for today
+    bool json = false;
+};
+void addDataOptions(CLI::App& command, DataOptions& options);
+
+// "jfk, EWR" -> {"JFK", "EWR"}; one to three distinct IATA codes.
+std::vector<std::string> parseHomeCodes(const std::string& text);
+// The --today value, or today in the user's time zone when empty.
+tripkit::Day resolveToday(const std::string& text);
+// A --today style check for CLI11.
+CLI::Validator dayValidator();
+
+// One home airport's file read from the data folder.
+template <class T>
+struct HomeFile {
+    std::string code;
+    T value;
+};
+
+// Reads and decodes "<dir>/<folder>/<CODE>.json" for each home airport, in
+// order. A missing or undecodable file is reported on `err` and skipped.
+template <class T>
+std::vector<HomeFile<T>> loadHomeFiles(const std::string& dataDir, const std::string& folder,
+                                       const std::vector<std::string>& codes, std::ostream& err);
+
+// The bytes of a file, or nothing when it does not exist. Throws
+// std::runtime_error for a file that exists but cannot be read.
+std::optional<std::string> readFile(const std::string& path);
+
+void printJson(std::ostream& out, const tripkit::json::Json& value);
+
+// Formats a dollar amount: "$1,234" or "$199.50".
+std::string money(double dollars);
+
+// --- implementation of the template ---
+
+void reportSkipped(std::ostream& err, const std::string& code, const std::string& why);
+
+template <class T>
+std::vector<HomeFile<T>> loadHomeFiles(const std::string& dataDir, const std::string& folder,
+                                       const std::vector<std::string>& codes, std::ostream& err) {
+    std::vector<HomeFile<T>> out;
+    for (const std::string& code : codes) {
+        const std::string relative = folder + "/" + code + ".json";
+        const std::string path = dataDir + "/" + relative;
+        try {
+            std::optional<std::string> bytes = readFile(path);
+            if (!bytes) {
+                reportSkipped(err, code, "no file " + path);
+                continue;
+            }
+            out.push_back({code, tripkit::json::decodeDocument<T>(*bytes, relative)});
+        } catch (const std::exception& e) {
+            reportSkipped(err, code, e.what());
+        }
+    }
+    return out;
+}
+
+}  // namespace roamwise::cli

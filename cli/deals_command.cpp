@@ -1,0 +1,69 @@
+// roamwise-cli deals: the cheapest round trips from the home airports.
+#include <fmt/format.h>
+
+#include "cli/commands.h"
+#include "tripkit/fares.h"
+
+namespace roamwise::cli {
+
+using namespace tripkit;
+
+namespace {
+
+void printTable(std::ostream& out, const std::vector<Deal>& deals, Day today) {
+    if (deals.empty()) {
+        out << "No deals departing in the next " << Freshness::horizonDays
+            << " days were seen recently enough to show.\n";
+        return;
+    }
+    out << fmt::format("{:<5} {:<22} {:>9}  {:<10} {:<10} {:<18} {:>5}  {:<4} {:>4}\n", "Dest",
+                       "City", "Price", "Depart", "Return", "Airline", "Stops", "From", "Age");
+    bool anyStale = false;
+    for (const Deal& d : deals) {
+        const bool stale = d.isStale(today);
+        anyStale = anyStale || stale;
+        out << fmt::format("{:<5} {:<22} {:>9}  {:<10} {:<10} {:<18} {:>5}  {:<4} {:>3}d{}\n",
+                           d.destination, d.city, money(d.price), d.depart.text(),
+                           d.returnDay ? d.returnDay->text() : "-", Airline::display(d.airline),
+                           d.stops == 0 ? std::string("non") : std::to_string(d.stops),
+                           d.origin.value_or("-"), Freshness::age(d.seen, today),
+                           stale ? " *" : "");
+    }
+    if (anyStale) {
+        out << "* stale: fares older than " << Freshness::freshDays
+            << " days may have changed\n";
+    }
+}
+
+}  // namespace
+
+void addDealsCommand(CLI::App& root, Io& io) {
+    struct Options {
+        DataOptions data;
+    };
+    auto options = std::make_shared<Options>();
+    CLI::App* command = root.add_subcommand(
+        "deals", "Cheapest round trips from the home airports, merged across them");
+    addDataOptions(*command, options->data);
+    command->callback([options, &io] {
+        const std::vector<std::string> homes = parseHomeCodes(options->data.homes);
+        const Day today = resolveToday(options->data.today);
+        auto files = loadHomeFiles<FareBook>(options->data.dataDir, "flights", homes, io.err);
+        if (files.empty()) {
+            io.err << "roamwise-cli: no fare file could be read\n";
+            io.status = kNoData;
+            return;
+        }
+        std::vector<FareBook> books;
+        for (auto& f : files) books.push_back(std::move(f.value));
+        const std::vector<Deal> deals = Fares::deals(books, today);
+        if (options->data.json) {
+            printJson(io.out, json::array(deals));
+        } else {
+            printTable(io.out, deals, today);
+        }
+        io.status = kOk;
+    });
+}
+
+}  // namespace roamwise::cli

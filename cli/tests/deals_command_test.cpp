@@ -1,0 +1,90 @@
+#include <gtest/gtest.h>
+
+#include "cli/cli.h"
+#include "cli/tests/cli_test_support.h"
+
+namespace roamwise::cli {
+namespace {
+
+using testing::runCli;
+using testing::TempDir;
+
+std::vector<std::string> dealsArgs(const std::string& dir, const std::string& homes) {
+    return {"deals", "--data", dir, "--home", homes, "--today", "2026-11-20", "--json"};
+}
+
+TEST(DealsCommand, MergesTheExampleFolder) {
+    auto r = runCli(dealsArgs(std::string(ROAMWISE_EXAMPLES) + "/data", "jfk,EWR"));
+    ASSERT_EQ(r.status, kOk) << r.err;
+    auto deals = r.json();
+    std::vector<std::string> order;
+    for (const auto& d : deals) order.push_back(d["destination"].get<std::string>() + "/" +
+                                                d["origin"].get<std::string>());
+    EXPECT_EQ(order, (std::vector<std::string>{"MIA/JFK", "SJU/JFK", "CUN/EWR", "KEF/JFK",
+                                               "LIS/JFK", "BCN/EWR", "NRT/JFK"}));
+    // MIA had no "seen": it carries the file's day now; "return" keeps its key.
+    EXPECT_EQ(deals[0]["seen"], "2026-11-20");
+    EXPECT_EQ(deals[0]["return"], "2026-12-07");
+    EXPECT_EQ(deals[0]["price"], 128);
+    EXPECT_TRUE(r.err.empty()) << r.err;
+
+    auto table = runCli({"deals", "--data", std::string(ROAMWISE_EXAMPLES) + "/data", "--home",
+                         "JFK,EWR", "--today", "2026-11-20"});
+    ASSERT_EQ(table.status, kOk);
+    EXPECT_NE(table.out.find("Icelandair"), std::string::npos);
+    EXPECT_NE(table.out.find("5d *"), std::string::npos);  // KEF, stale
+    EXPECT_NE(table.out.find("$968"), std::string::npos);
+}
+
+TEST(DealsCommand, SkipsMissingAndBrokenFilesAndSaysWhy) {
+    TempDir dir;
+    dir.write("flights/JFK.json", R"({"origin":"JFK","updated":"2026-11-20","toOrlando":{},)"
+                                  R"("fromOrlando":{},"deals":[{"destination":"LIS","city":"Lisbon",)"
+                                  R"("country":"Portugal","price":"cheap","depart":"2026-12-01",)"
+                                  R"("airline":"TP","stops":0}]})");
+    dir.write("flights/EWR.json", R"({"origin":"EWR","updated":"2026-11-20","toOrlando":{},)"
+                                  R"("fromOrlando":{},"deals":[{"destination":"CUN","city":"Cancún",)"
+                                  R"("country":"Mexico","price":219,"depart":"2026-12-01",)"
+                                  R"("airline":"UA","stops":0}]})");
+    auto r = runCli(dealsArgs(dir.str(), "JFK,EWR,LGA"));
+    ASSERT_EQ(r.status, kOk);
+    EXPECT_NE(r.err.find("flights/JFK.json: deals[0].price: expected a number"), std::string::npos)
+        << r.err;
+    EXPECT_NE(r.err.find("LGA"), std::string::npos);
+    ASSERT_EQ(r.json().size(), 1u);
+    EXPECT_EQ(r.json()[0]["origin"], "EWR");
+
+    // Nothing readable at all: a non-zero exit.
+    dir.write("flights/EWR.json", std::string(5000, '['));
+    r = runCli(dealsArgs(dir.str(), "JFK,EWR"));
+    EXPECT_EQ(r.status, kNoData);
+    EXPECT_NE(r.err.find("flights/EWR.json: not valid JSON"), std::string::npos) << r.err;
+    EXPECT_TRUE(r.out.empty());
+}
+
+TEST(DealsCommand, WrongArgumentsAreUsageErrors) {
+    TempDir dir;
+    for (const auto& args : std::vector<std::vector<std::string>>{
+             {"deals", "--data", dir.str()},                                  // no --home
+             {"deals", "--data", dir.str(), "--home", "JFK,EWR,LGA,BOS"},     // four homes
+             {"deals", "--data", dir.str(), "--home", "JFKX"},
+             {"deals", "--data", dir.str(), "--home", "JFK,jfk"},
+             {"deals", "--data", dir.str(), "--home", ","},
+             {"deals", "--data", dir.str(), "--home", "JFK", "--today", "2026-13-01"},
+             {"deals", "--data", dir.str(), "--home", "JFK", "--today", "2026-2-3"},
+             {"deals", "--data", dir.str() + "/nowhere", "--home", "JFK"},
+             {"deals", "--data", dir.str(), "--home", "JFK", "--bogus"},
+             {"no-such-command"},
+             {},
+         }) {
+        auto r = runCli(args);
+        EXPECT_EQ(r.status, kUsage) << ::testing::PrintToString(args);
+        EXPECT_NE(r.err.find("--help"), std::string::npos);
+    }
+    auto help = runCli({"deals", "--help"});
+    EXPECT_EQ(help.status, kOk);
+    EXPECT_NE(help.out.find("--home"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace roamwise::cli

@@ -1,0 +1,246 @@
+#include "tripkit/fares.h"
+
+#include <algorithm>
+#include <cmath>
+#include <unordered_map>
+
+namespace tripkit {
+
+std::string Deal::id() const { return destination + "-" + depart.text() + "-" + airline; }
+
+bool Deal::isStale(Day today) const { return Freshness::isStale(seen, today); }
+
+bool FareFilter::allows(const std::string& airline, int stops) const {
+    if (!onlyAirlines.empty() && !onlyAirlines.contains(airline)) return false;
+    if (avoidAirlines.contains(airline)) return false;
+    return !(nonstopOnly && stops > 0);
+}
+
+std::optional<FareCalibration::Adjustment> FareCalibration::at(Day day) const {
+    auto it = byDay.find(day);
+    if (it == byDay.end()) return std::nullopt;
+    return it->second;
+}
+
+const std::vector<Airline>& Airline::names() {
+    static const std::vector<Airline> table = {
+        {"AA", "American"},        {"AC", "Air Canada"},
+        {"AS", "Alaska"},          {"WS", "WestJet"},
+        {"B6", "JetBlue"},         {"BA", "British Airways"},
+        {"DL", "Delta"},           {"VS", "Virgin Atlantic"},
+        {"F9", "Frontier"},        {"LH", "Lufthansa"},
+        {"G4", "Allegiant"},       {"AF", "Air France"},
+        {"HA", "Hawaiian"},        {"KL", "KLM"},
+        {"MX", "Breeze"},          {"IB", "Iberia"},
+        {"NK", "Spirit"},          {"EI", "Aer Lingus"},
+        {"SY", "Sun Country"},     {"FI", "Icelandair"},
+        {"UA", "United"},          {"TP", "TAP Air Portugal"},
+        {"WN", "Southwest"},       {"JL", "Japan Airlines"},
+        {"XP", "Avelo"},           {"NH", "ANA"},
+        {"AM", "Aeroméxico"},      {"CM", "Copa"},
+        {"QF", "Qantas"},          {"NZ", "Air New Zealand"},
+        {"SQ", "Singapore Airlines"},
+    };
+    return table;
+}
+
+std::optional<std::string> Airline::nameFor(const std::string& code) {
+    for (const Airline& a : names()) {
+        if (a.code == code) return a.name;
+    }
+    return std::nullopt;
+}
+
+std::string Airline::display(const std::string& code) { return nameFor(code).value_or(code); }
+
+std::vector<Deal> Fares::deals(const std::vector<FareBook>& books, Day today) {
+    struct Entry {
+        Deal deal;
+        bool fresh;
+    };
+    std::vector<Entry> chosen;
+    std::unordered_map<std::string, std::size_t> byDestination;
+
+    for (const FareBook& book : books) {
+        const std::optional<Day> updated = book.updatedDay();
+        for (const Deal& original : book.deals) {
+            Deal deal = original;
+            if (!deal.origin) deal.origin = book.origin;
+            const std::optional<Day> observed = deal.seen ? deal.seen : updated;
+            if (Freshness::isTooOld(observed, today)) continue;
+            deal.seen = observed;
+            if (deal.depart < today || deal.depart - today > Freshness::horizonDays) continue;
+            const bool fresh = !Freshness::isStale(observed, today);
+
+            auto [it, inserted] = byDestination.try_emplace(deal.destination, chosen.size());
+            if (inserted) {
+                chosen.push_back({std::move(deal), fresh});
+                continue;
+            }
+            Entry& entry = chosen[it->second];
+            const bool replace = entry.fresh != fresh ? fresh : deal.price < entry.deal.price;
+            if (replace) entry = {std::move(deal), fresh};
+        }
+    }
+
+    std::vector<Deal> out;
+    out.reserve(chosen.size());
+    for (Entry& e : chosen) out.push_back(std::move(e.deal));
+    std::sort(out.begin(), out.end(), [](const Deal& a, const Deal& b) {
+        if (a.price != b.price) return a.price < b.price;
+        return a.destination < b.destination;
+    });
+    return out;
+}
+
+double Fares::typicalOneWay(const Airport& from, const Airport& orlando, double demand) {
+    const double base = 70 + 0.12 * distanceMiles(from, orlando);
+    return std::round((demand * 0.45 + 0.85) * std::max(base, 120.0) * 0.5);
+}
+
+FareQuote Fares::quote(const FareBook* book, bool toOrlando, Day day, const FareFilter& filter,
+                       const Airport& home, const Airport& orlando, double demand,
+                       std::optional<Day> today, const FareCalibration& calibration) {
+    const FareOption* best = nullptr;
+    if (book) {
+        const FareBook::DayFares& fares = toOrlando ? book->toOrlando : book->fromOrlando;
+        const std::optional<Day> updated = book->updatedDay();
+        if (auto it = fares.find(day.text()); it != fares.end()) {
+            for (const FareOption& option : it->second) {
+                if (!filter.allows(option.airline, option.stops)) continue;
+                const std::optional<Day> observed = option.seen ? option.seen : updated;
+                if (today && observed && *today - *observed >= 8) continue;
+                if (!best || option.price < best->price) best = &option;
+            }
+        }
+    }
+    FareQuote quote;
+    quote.day = day;
+    if (best) {
+        quote.price = best->price;
+        quote.airline = best->airline;
+        quote.stops = best->stops;
+        quote.link = best->link;
+        quote.seen = best->seen;
+        return quote;
+    }
+    quote.estimated = true;
+    quote.price = typicalOneWay(home, orlando, demand);
+    if (auto adjustment = calibration.at(day)) {
+        quote.price = std::round(quote.price * adjustment->factor);
+        quote.spread = adjustment->spread;
+    }
+    return quote;
+}
+
+std::vector<std::string> Fares::airlines(const FareBook* book) {
+    std::set<std::string> codes;
+    if (book) {
+        for (const auto* fares : {&book->toOrlando, &book->fromOrlando}) {
+            for (const auto& [day, options] : *fares) {
+                for (const FareOption& o : options) codes.insert(o.airline);
+            }
+        }
+    }
+    return {codes.begin(), codes.end()};
+}
+
+void decode(const json::Value& v, FareOption& out) {
+    out.airline = v.get<std::string>("airline");
+    out.price = v.get<double>("price");
+    out.stops = v.get<int>("stops");
+    out.link = v.getOptional<std::string>("link");
+    out.seen = v.getOptional<Day>("seen");
+}
+
+void decode(const json::Value& v, Deal& out) {
+    out.destination = v.get<std::string>("destination");
+    out.city = v.get<std::string>("city");
+    out.country = v.get<std::string>("country");
+    out.advisory = v.getOptional<std::string>("advisory");
+    out.price = v.get<double>("price");
+    out.depart = v.get<Day>("depart");
+    out.returnDay = v.getOptional<Day>("return");
+    out.airline = v.get<std::string>("airline");
+    out.stops = v.get<int>("stops");
+    out.link = v.getOptional<std::string>("link");
+    out.origin = v.getOptional<std::string>("origin");
+    out.seen = v.getOptional<Day>("seen");
+}
+
+namespace {
+FareBook::DayFares decodeDayFares(const json::Value& v) {
+    FareBook::DayFares out;
+    v.forEachMember([&](std::string_view day, const json::Value& options) {
+        out.emplace(std::string(day), options.asVector<FareOption>());
+    });
+    return out;
+}
+
+json::Json encodeDayFares(const FareBook::DayFares& fares) {
+    json::Json out = json::Json::object();
+    for (const auto& [day, options] : fares) out[day] = json::array(options);
+    return out;
+}
+}  // namespace
+
+void decode(const json::Value& v, FareBook& out) {
+    out.origin = v.get<std::string>("origin");
+    out.updated = v.get<std::string>("updated");
+    out.toOrlando = decodeDayFares(v.field("toOrlando"));
+    out.fromOrlando = decodeDayFares(v.field("fromOrlando"));
+    out.deals = v.field("deals").asVector<Deal>();
+}
+
+void decode(const json::Value& v, FareFilter& out) {
+    out.onlyAirlines = v.get<std::set<std::string>>("onlyAirlines");
+    out.avoidAirlines = v.get<std::set<std::string>>("avoidAirlines");
+    out.nonstopOnly = v.get<bool>("nonstopOnly");
+}
+
+json::Json encode(const FareOption& o) {
+    json::Json out = json::Json::object();
+    out["airline"] = o.airline;
+    out["price"] = json::number(o.price);
+    out["stops"] = o.stops;
+    json::putOptional(out, "link", o.link);
+    json::putOptional(out, "seen", o.seen);
+    return out;
+}
+
+json::Json encode(const Deal& d) {
+    json::Json out = json::Json::object();
+    out["destination"] = d.destination;
+    out["city"] = d.city;
+    out["country"] = d.country;
+    json::putOptional(out, "advisory", d.advisory);
+    out["price"] = json::number(d.price);
+    out["depart"] = d.depart.text();
+    json::putOptional(out, "return", d.returnDay);
+    out["airline"] = d.airline;
+    out["stops"] = d.stops;
+    json::putOptional(out, "link", d.link);
+    json::putOptional(out, "origin", d.origin);
+    json::putOptional(out, "seen", d.seen);
+    return out;
+}
+
+json::Json encode(const FareBook& b) {
+    json::Json out = json::Json::object();
+    out["origin"] = b.origin;
+    out["updated"] = b.updated;
+    out["toOrlando"] = encodeDayFares(b.toOrlando);
+    out["fromOrlando"] = encodeDayFares(b.fromOrlando);
+    out["deals"] = json::array(b.deals);
+    return out;
+}
+
+json::Json encode(const FareFilter& f) {
+    json::Json out = json::Json::object();
+    out["onlyAirlines"] = json::array(f.onlyAirlines);
+    out["avoidAirlines"] = json::array(f.avoidAirlines);
+    out["nonstopOnly"] = f.nonstopOnly;
+    return out;
+}
+
+}  // namespace tripkit

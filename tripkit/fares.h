@@ -1,0 +1,132 @@
+// The nightly fare files (one per origin airport), the deals merged across
+// the user's home airports, and one-way quotes for the theme-park planner.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "tripkit/days.h"
+#include "tripkit/feeds.h"
+#include "tripkit/json.h"
+#include "tripkit/places.h"
+
+namespace tripkit {
+
+// One priced one-way choice on one day.
+struct FareOption {
+    std::string airline;
+    double price = 0;
+    int stops = 0;
+    std::optional<std::string> link;
+    std::optional<Day> seen;
+    friend bool operator==(const FareOption&, const FareOption&) = default;
+};
+
+// The cheapest round trip found from one origin to one destination.
+struct Deal {
+    std::string destination;
+    std::string city;
+    std::string country;
+    std::optional<std::string> advisory;
+    double price = 0;
+    Day depart;
+    std::optional<Day> returnDay;  // "return" in JSON
+    std::string airline;
+    int stops = 0;
+    std::optional<std::string> link;
+    std::optional<std::string> origin;  // filled in by the merge
+    std::optional<Day> seen;            // filled in by the merge
+
+    // destination-depart-airline, e.g. LIS-2026-05-14-TP
+    std::string id() const;
+    bool isStale(Day today) const;
+    friend bool operator==(const Deal&, const Deal&) = default;
+};
+
+// One fare file: "flights/CODE.json" on the data host.
+struct FareBook {
+    using DayFares = std::map<std::string, std::vector<FareOption>>;  // day text -> options
+
+    std::string origin;
+    std::string updated;  // day text, kept as written
+    DayFares toOrlando;
+    DayFares fromOrlando;
+    std::vector<Deal> deals;
+
+    std::optional<Day> updatedDay() const { return Day::parse(updated); }
+    friend bool operator==(const FareBook&, const FareBook&) = default;
+};
+
+// The user's airline and stop preferences.
+struct FareFilter {
+    std::set<std::string> onlyAirlines;
+    std::set<std::string> avoidAirlines;
+    bool nonstopOnly = false;
+
+    bool allows(const std::string& airline, int stops) const;
+    friend bool operator==(const FareFilter&, const FareFilter&) = default;
+};
+
+// What one leg costs on one day.
+struct FareQuote {
+    Day day;
+    double price = 0;
+    std::optional<std::string> airline;
+    std::optional<int> stops;
+    std::optional<std::string> link;
+    bool estimated = false;  // no real fare matched: a typical-fare estimate
+    std::optional<Day> seen;
+    double spread = 0;  // uncertainty band of an estimate, dollars; 0 for a real fare
+    friend bool operator==(const FareQuote&, const FareQuote&) = default;
+};
+
+// Scales typical-fare estimates to the fares found on nearby dates. The
+// planner builds it; the default has no factor for any day.
+struct FareCalibration {
+    struct Adjustment {
+        double factor = 1;
+        double spread = 0;  // dollars
+    };
+    std::map<Day, Adjustment> byDay;
+
+    std::optional<Adjustment> at(Day day) const;
+};
+
+struct Airline {
+    std::string code;
+    std::string name;
+
+    static const std::vector<Airline>& names();  // the fixed table, in its order
+    static std::optional<std::string> nameFor(const std::string& code);
+    // The display name, or the code itself when the table has none.
+    static std::string display(const std::string& code);
+};
+
+struct Fares {
+    // The deals of the home airports' books (main airport first), merged:
+    // one per destination, fresh beats cheap, ties go to the earlier book.
+    static std::vector<Deal> deals(const std::vector<FareBook>& books, Day today);
+
+    static FareQuote quote(const FareBook* book, bool toOrlando, Day day, const FareFilter& filter,
+                           const Airport& home, const Airport& orlando, double demand,
+                           std::optional<Day> today, const FareCalibration& calibration);
+
+    static double typicalOneWay(const Airport& from, const Airport& orlando, double demand);
+
+    // The distinct airline codes of a book's Orlando options, sorted.
+    static std::vector<std::string> airlines(const FareBook* book);
+};
+
+void decode(const json::Value& v, FareOption& out);
+void decode(const json::Value& v, Deal& out);
+void decode(const json::Value& v, FareBook& out);
+void decode(const json::Value& v, FareFilter& out);
+json::Json encode(const FareOption& o);
+json::Json encode(const Deal& d);
+json::Json encode(const FareBook& b);
+json::Json encode(const FareFilter& f);
+
+}  // namespace tripkit

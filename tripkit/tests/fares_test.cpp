@@ -1,0 +1,176 @@
+#include "tripkit/fares.h"
+
+#include <gtest/gtest.h>
+
+namespace tripkit {
+namespace {
+
+const Day kToday = Day::fromCivil(2026, 11, 23);
+
+Deal deal(const std::string& dest, double price, std::optional<int> seenDaysAgo, int departIn = 30) {
+    Deal d;
+    d.destination = dest;
+    d.city = dest + " city";
+    d.country = "Somewhere";
+    d.price = price;
+    d.depart = kToday + departIn;
+    d.returnDay = kToday + departIn + 7;
+    d.airline = "B6";
+    if (seenDaysAgo) d.seen = kToday - *seenDaysAgo;
+    return d;
+}
+
+FareBook book(const std::string& origin, std::vector<Deal> deals, std::string updated = "") {
+    FareBook b;
+    b.origin = origin;
+    b.updated = updated.empty() ? kToday.text() : updated;
+    b.deals = std::move(deals);
+    return b;
+}
+
+TEST(FaresDeals, FreshBeatsCheapAndTiesGoToTheMainAirport) {
+    auto out = Fares::deals({book("JFK", {deal("LIS", 300, 1), deal("CUN", 250, 0), deal("SJU", 99, 2)}),
+                             book("EWR", {deal("LIS", 150, 5), deal("CUN", 250, 0), deal("SJU", 98, 3)})},
+                            kToday);
+    ASSERT_EQ(out.size(), 3u);
+    EXPECT_EQ(out[0].destination, "SJU");  // both fresh: strictly cheaper wins
+    EXPECT_EQ(out[0].origin, "EWR");
+    EXPECT_EQ(out[1].destination, "CUN");  // equal: the main airport keeps it
+    EXPECT_EQ(out[1].origin, "JFK");
+    EXPECT_EQ(out[2].destination, "LIS");  // cheaper but stale loses to fresh
+    EXPECT_EQ(out[2].price, 300);
+
+    // A fresh newcomer replaces a stale entry even when dearer; two stale
+    // ones compare by price.
+    out = Fares::deals({book("JFK", {deal("LIS", 100, 6), deal("BCN", 200, 5)}),
+                        book("EWR", {deal("LIS", 400, 0), deal("BCN", 199, 4)})},
+                       kToday);
+    EXPECT_EQ(out[0].destination, "BCN");
+    EXPECT_EQ(out[0].origin, "EWR");
+    EXPECT_EQ(out[1].price, 400);
+    // Within one file the earlier deal wins a tie.
+    auto first = deal("LIS", 100, 0);
+    first.airline = "TP";
+    out = Fares::deals({book("JFK", {first, deal("LIS", 100, 0)})}, kToday);
+    EXPECT_EQ(out.at(0).airline, "TP");
+}
+
+TEST(FaresDeals, AgeAndDepartureLimits) {
+    auto out = Fares::deals({book("JFK", {deal("AAA", 1, 8), deal("BBB", 2, 7), deal("CCC", 3, 0, -1),
+                                           deal("DDD", 4, 0, 330), deal("EEE", 5, 0, 331),
+                                           deal("FFF", 6, 0, 0)})},
+                            kToday);
+    std::vector<std::string> codes;
+    for (const Deal& d : out) codes.push_back(d.destination);
+    EXPECT_EQ(codes, (std::vector<std::string>{"BBB", "DDD", "FFF"}));
+    EXPECT_TRUE(out[0].isStale(kToday));
+
+    // Without "seen" the file's day applies and is carried into the result.
+    out = Fares::deals({book("JFK", {deal("LIS", 199, std::nullopt)})}, kToday);
+    EXPECT_EQ(out.at(0).seen, kToday);
+    EXPECT_FALSE(out.at(0).isStale(kToday));
+    out = Fares::deals({book("JFK", {deal("LIS", 199, std::nullopt)}, (kToday - 8).text())}, kToday);
+    EXPECT_TRUE(out.empty());
+    // An unreadable "updated" keeps the deal with no observation day.
+    out = Fares::deals({book("JFK", {deal("LIS", 199, std::nullopt)}, "yesterday")}, kToday);
+    ASSERT_EQ(out.size(), 1u);
+    EXPECT_EQ(out[0].seen, std::nullopt);
+    // A deal's own origin is kept.
+    auto own = deal("LIS", 199, 0);
+    own.origin = "LGA";
+    EXPECT_EQ(Fares::deals({book("JFK", {own})}, kToday).at(0).origin, "LGA");
+}
+
+TEST(FaresDeals, EqualPricesSortByCode) {
+    auto out = Fares::deals({book("JFK", {deal("LIS", 199, 0), deal("CUN", 199, 0), deal("AUA", 250, 0)})},
+                            kToday);
+    EXPECT_EQ(out[0].destination, "CUN");
+    EXPECT_EQ(out[1].destination, "LIS");
+    EXPECT_EQ(out[2].destination, "AUA");
+    EXPECT_EQ(out[1].id(), "LIS-" + (kToday + 30).text() + "-B6");
+}
+
+Airport airport(std::string code, double lat, double lon) {
+    return Airport{std::move(code), "", "", "", lat, lon};
+}
+
+TEST(FaresQuote, FiltersAgeAndEstimates) {
+    const Airport jfk = airport("JFK", 40.6398, -73.7789);
+    const Airport mco = airport("MCO", 28.4294, -81.3090);
+    const Day day = kToday + 20;
+    FareBook b = book("JFK", {});
+    b.toOrlando[day.text()] = {
+        FareOption{"NK", 59, 1, std::nullopt, std::nullopt},
+        FareOption{"B6", 89, 0, std::string("https://x"), kToday - 1},
+        FareOption{"DL", 79, 0, std::nullopt, kToday - 8},  // too old
+    };
+    FareFilter any;
+    FareQuote q = Fares::quote(&b, true, day, any, jfk, mco, 1.0, kToday, {});
+    EXPECT_FALSE(q.estimated);
+    EXPECT_EQ(q.price, 59);
+    EXPECT_EQ(q.airline, "NK");
+    EXPECT_EQ(q.spread, 0);
+
+    FareFilter nonstop;
+    nonstop.nonstopOnly = true;
+    q = Fares::quote(&b, true, day, nonstop, jfk, mco, 1.0, kToday, {});
+    EXPECT_EQ(q.price, 89);
+    EXPECT_EQ(q.link, "https://x");
+    // Without today the age test is skipped.
+    EXPECT_EQ(Fares::quote(&b, true, day, nonstop, jfk, mco, 1.0, std::nullopt, {}).price, 79);
+
+    FareFilter only;
+    only.onlyAirlines = {"UA"};
+    q = Fares::quote(&b, true, day, only, jfk, mco, 1.0, kToday, {});
+    EXPECT_TRUE(q.estimated);
+    EXPECT_EQ(q.price, Fares::typicalOneWay(jfk, mco, 1.0));
+    FareFilter avoid;
+    avoid.avoidAirlines = {"NK", "B6"};
+    EXPECT_TRUE(Fares::quote(&b, true, day, avoid, jfk, mco, 1.0, kToday, {}).estimated);
+    // The other direction has no fares at all.
+    EXPECT_TRUE(Fares::quote(&b, false, day, any, jfk, mco, 1.0, kToday, {}).estimated);
+    EXPECT_TRUE(Fares::quote(nullptr, true, day, any, jfk, mco, 1.0, kToday, {}).estimated);
+
+    // JFK-MCO is ~944 miles: base 70 + 113.3 = 183.3; demand 1 → 1.3 × 183.3 × 0.5 = 119.1.
+    EXPECT_EQ(Fares::typicalOneWay(jfk, mco, 1.0), 119);
+    // Short hops use the 120 floor: (0 × 0.45 + 0.85) × 120 × 0.5 = 51.
+    EXPECT_EQ(Fares::typicalOneWay(mco, mco, 0.0), 51);
+
+    FareCalibration calibration;
+    calibration.byDay[day] = {1.5, 22};
+    q = Fares::quote(&b, true, day, only, jfk, mco, 1.0, kToday, calibration);
+    EXPECT_EQ(q.price, 179);  // round(119 × 1.5 = 178.5): halves away from zero
+    EXPECT_EQ(q.spread, 22);
+}
+
+TEST(Fares, AirlinesAndNames) {
+    FareBook b = book("JFK", {});
+    b.toOrlando["2026-12-01"] = {FareOption{"NK", 1, 0, {}, {}}, FareOption{"B6", 1, 0, {}, {}}};
+    b.fromOrlando["bad day"] = {FareOption{"AA", 1, 0, {}, {}}, FareOption{"NK", 1, 0, {}, {}}};
+    EXPECT_EQ(Fares::airlines(&b), (std::vector<std::string>{"AA", "B6", "NK"}));
+    EXPECT_TRUE(Fares::airlines(nullptr).empty());
+    EXPECT_EQ(Airline::nameFor("TP"), "TAP Air Portugal");
+    EXPECT_EQ(Airline::nameFor("ZZ"), std::nullopt);
+    EXPECT_EQ(Airline::display("ZZ"), "ZZ");
+    EXPECT_EQ(Airline::names().size(), 31u);
+    EXPECT_EQ(Airline::names().front().code, "AA");
+}
+
+TEST(FaresJson, BookAndFilterRoundTrip) {
+    FareBook b = book("JFK", {deal("LIS", 199.5, 1), deal("CUN", 250, std::nullopt)});
+    b.deals[1].returnDay.reset();
+    b.deals[1].advisory = "Exercise increased caution";
+    b.deals[1].link = "https://example.com/?a=1&b=2";
+    b.toOrlando["2026-12-01"] = {FareOption{"NK", 59, 1, std::string("l"), kToday}};
+    b.fromOrlando["2026-12-08"] = {};
+    const std::string text = encode(b).dump();
+    EXPECT_EQ(json::decodeDocument<FareBook>(text, "b.json"), b);
+    EXPECT_NE(text.find(R"("return":")"), std::string::npos);  // stored as "return"
+    EXPECT_EQ(encode(b.deals[1]).count("return"), 0u);          // absent, not null
+
+    FareFilter f{{"B6", "AA"}, {"NK"}, true};
+    EXPECT_EQ(json::decodeDocument<FareFilter>(encode(f).dump(), "f.json"), f);
+}
+
+}  // namespace
+}  // namespace tripkit

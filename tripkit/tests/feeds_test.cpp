@@ -1,0 +1,128 @@
+#include "tripkit/feeds.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+namespace tripkit {
+namespace {
+
+const std::string kDefault = "https://data.example.org/roamwise-data/";
+
+TEST(FeedHosts, ConfiguredBaseRules) {
+    using V = std::vector<std::string>;
+    EXPECT_EQ(FeedHosts::make(std::nullopt, kDefault).hosts, V{kDefault});
+    EXPECT_EQ(FeedHosts::make("$(RW_DATA_URL)", kDefault).hosts, V{kDefault});
+    EXPECT_EQ(FeedHosts::make("  \t\n", kDefault).hosts, V{kDefault});
+    EXPECT_EQ(FeedHosts::make("http://mirror.example.com/data/", kDefault).hosts, V{kDefault});
+    EXPECT_EQ(FeedHosts::make("https://", kDefault).hosts, V{kDefault});
+    EXPECT_EQ(FeedHosts::make("https:///path", kDefault).hosts, V{kDefault});
+    EXPECT_EQ(FeedHosts::make("mirror.example.com/data", kDefault).hosts, V{kDefault});
+    EXPECT_EQ(FeedHosts::make(kDefault, kDefault).hosts, V{kDefault});
+    EXPECT_EQ(FeedHosts::make(" https://data.example.org/roamwise-data ", kDefault).hosts, V{kDefault});
+    EXPECT_EQ(FeedHosts::make(" https://mirror.example.com/d ", kDefault).hosts,
+              (V{"https://mirror.example.com/d/", kDefault}));
+    EXPECT_EQ(FeedHosts::make("HTTPS://user@127.0.0.1:8443", kDefault).hosts,
+              (V{"HTTPS://user@127.0.0.1:8443/", kDefault}));
+}
+
+// A loader that answers from a table of url -> status (or -1 for a time-out)
+// and records what it was asked.
+struct FakeLoader {
+    explicit FakeLoader(std::map<std::string, int> s = {}) : statuses(std::move(s)) {}
+    std::map<std::string, int> statuses;
+    std::vector<std::string> asked;
+    HttpLoader loader() {
+        return [this](const std::string& url) {
+            asked.push_back(url);
+            int status = statuses.count(url) ? statuses[url] : 404;
+            if (status < 0) throw FetchError(FetchError::Kind::transport, url, "timed out");
+            return HttpResponse{status, "body of " + url};
+        };
+    }
+};
+
+TEST(FeedHosts, FetchWalksTheHostsInOrder) {
+    FeedHosts hosts{{"https://a/", "https://b/"}};
+    {
+        FakeLoader fake({{"https://a/flights/JFK.json", 500}, {"https://b/flights/JFK.json", 200}});
+        EXPECT_EQ(hosts.fetch(FeedHosts::faresPath("JFK"), fake.loader()),
+                  "body of https://b/flights/JFK.json");
+    }
+    {
+        FakeLoader fake({{"https://a/x.json", 200}});
+        EXPECT_EQ(hosts.fetch("x.json", fake.loader()), "body of https://a/x.json");
+        EXPECT_EQ(fake.asked.size(), 1u);  // stops at the first 200
+    }
+    {
+        FakeLoader fake;
+        EXPECT_EQ(hosts.fetch("x.json", fake.loader()), std::nullopt);
+        EXPECT_EQ(fake.asked.size(), 2u);
+    }
+    {
+        FakeLoader fake({{"https://a/x.json", -1}});
+        try {
+            hosts.fetch("x.json", fake.loader());
+            FAIL();
+        } catch (const FetchError& e) {
+            EXPECT_EQ(e.kind, FetchError::Kind::transport);
+            EXPECT_EQ(e.url, "https://a/x.json");
+        }
+    }
+    {
+        FakeLoader fake({{"https://a/x.json", -1}, {"https://b/x.json", 503}});
+        try {
+            hosts.fetch("x.json", fake.loader());
+            FAIL();
+        } catch (const FetchError& e) {  // the last error wins
+            EXPECT_EQ(e.kind, FetchError::Kind::badServerResponse);
+            EXPECT_EQ(e.url, "https://b/x.json");
+        }
+    }
+    FakeLoader fake;
+    EXPECT_EQ(FeedHosts{}.fetch("x.json", fake.loader()), std::nullopt);
+    EXPECT_TRUE(fake.asked.empty());
+}
+
+TEST(FeedStatus, DecideAndExplain) {
+    const Day today = Day::fromCivil(2026, 11, 23);
+    const Day yesterday = today - 1;
+    using S = FeedStatus;
+    for (bool failed : {false, true}) {
+        EXPECT_EQ(S::decide(true, failed, yesterday, 0, today), S::unavailable());
+        EXPECT_EQ(S::decide(true, failed, std::nullopt, 0, today), S::unavailable());
+    }
+    EXPECT_EQ(S::decide(true, false, std::nullopt, 4, today), S::loaded());
+    EXPECT_EQ(S::decide(false, false, std::nullopt, 0, today), S::loaded());
+    EXPECT_EQ(S::decide(false, true, std::nullopt, 3, today), S::loaded());
+    EXPECT_EQ(S::decide(false, true, std::nullopt, 0, today), S::failed());
+    EXPECT_EQ(S::decide(false, true, yesterday, 9, today), S::offline(yesterday));
+    EXPECT_EQ(S::decide(false, true, today, 0, today), S::loaded());
+
+    using E = S::Empty;
+    EXPECT_EQ(S::emptyReason(S::offline(yesterday), 0), (E{E::Kind::offlineTooOld, yesterday}));
+    EXPECT_EQ(S::emptyReason(S::offline(yesterday), 2), std::nullopt);
+    EXPECT_EQ(S::emptyReason(S::loaded(), 0), (E{E::Kind::noneRecent, Day{}}));
+    EXPECT_EQ(S::emptyReason(S::failed(), 0), std::nullopt);
+    EXPECT_EQ(S::emptyReason(S::unavailable(), 0), std::nullopt);
+}
+
+TEST(Freshness, DayLimits) {
+    const Day today = Day::fromCivil(2026, 11, 23);
+    EXPECT_FALSE(Freshness::isStale(today - 3, today));
+    EXPECT_TRUE(Freshness::isStale(today - 4, today));
+    EXPECT_FALSE(Freshness::isStale(std::nullopt, today));
+    EXPECT_FALSE(Freshness::isTooOld(today - 7, today));
+    EXPECT_TRUE(Freshness::isTooOld(today - 8, today));
+    EXPECT_TRUE(Freshness::isUsable(today - 7, today, today));
+    EXPECT_FALSE(Freshness::isUsable(today - 8, today + 1, today));
+    EXPECT_FALSE(Freshness::isUsable(std::nullopt, today - 1, today));
+    EXPECT_TRUE(Freshness::isUsable(std::nullopt, today + 330, today));
+    EXPECT_FALSE(Freshness::isUsable(std::nullopt, today + 331, today));
+    EXPECT_EQ(Freshness::age(today - 5, today), 5);
+    EXPECT_EQ(Freshness::age(today + 2, today), 0);
+    EXPECT_EQ(Freshness::age(std::nullopt, today), 0);
+}
+
+}  // namespace
+}  // namespace tripkit
