@@ -84,13 +84,15 @@ void printJson(std::ostream& out, const tripkit::json::Json& value) {
 
 std::string money(double dollars) {
     const bool whole = std::trunc(dollars) == dollars;
-    std::string digits = whole ? fmt::format("{:.0f}", std::abs(dollars))
-                               : fmt::format("{:.2f}", std::abs(dollars));
+    const std::string digits = whole ? fmt::format("{:.0f}", std::abs(dollars))
+                                     : fmt::format("{:.2f}", std::abs(dollars));
     const std::size_t point = whole ? digits.size() : digits.find('.');
-    for (std::ptrdiff_t i = static_cast<std::ptrdiff_t>(point) - 3; i > 0; i -= 3) {
-        digits.insert(static_cast<std::size_t>(i), ",");
+    std::string out = dollars < 0 ? "-$" : "$";
+    for (std::size_t i = 0; i < digits.size(); ++i) {
+        if (i > 0 && i < point && (point - i) % 3 == 0) out += ',';
+        out += digits[i];
     }
-    return (dollars < 0 ? "-$" : "$") + digits;
+    return out;
 }
 
 }  // namespace roamwise::cli
