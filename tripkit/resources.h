@@ -1,0 +1,28 @@
+// Data files compiled into the library (cmake/EmbedResource.cmake).
+#pragma once
+
+#include <cstdlib>
+#include <iostream>
+#include <string>
+#include <string_view>
+
+#include "tripkit/json.h"
+
+namespace tripkit::resources {
+
+extern const std::string_view airports;      // resources/airports.json
+extern const std::string_view destinations;  // resources/destinations.json
+
+// Decodes a shipped file; one that does not decode is a broken build, so the
+// program ends with the decode error.
+template <class T>
+T decodeShipped(std::string_view bytes, const std::string& fileName) {
+    try {
+        return json::decodeDocument<T>(bytes, "resources/" + fileName);
+    } catch (const std::exception& e) {
+        std::cerr << "fatal: shipped " << fileName << " does not decode: " << e.what() << "\n";
+        std::abort();
+    }
+}
+
+}  // namespace tripkit::resources

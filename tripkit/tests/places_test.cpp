@@ -1,0 +1,172 @@
+#include "tripkit/places.h"
+
+#include <gtest/gtest.h>
+
+#include <cctype>
+#include <cmath>
+#include <set>
+
+#include "tripkit/text_search.h"
+
+namespace tripkit {
+namespace {
+
+constexpr double kPi = 3.14159265358979323846;
+
+template <class T>
+std::string errorOf(const std::string& text) {
+    try {
+        json::decodeDocument<T>(text, "airports.json");
+        return "";
+    } catch (const json::DecodeError& e) {
+        return e.what();
+    }
+}
+
+bool isUpperLetters(const std::string& s, std::size_t length) {
+    if (s.size() != length) return false;
+    for (char c : s) {
+        if (c < 'A' || c > 'Z') return false;
+    }
+    return true;
+}
+
+Airport at(const std::string& code, double lat, double lon) {
+    return {code, code + " city", "XX", code + " Airport", lat, lon};
+}
+
+TEST(Distance, GreatCircleOnTheMileSphere) {
+    // One degree of the equator is 3958.8 × π / 180 miles.
+    EXPECT_NEAR(distanceMiles(0, 0, 0, 1), 3958.8 * kPi / 180, 1e-9);
+    EXPECT_NEAR(distanceMiles(0, 179.5, 0, -179.5), 3958.8 * kPi / 180, 1e-9);  // across 180°
+    EXPECT_NEAR(distanceMiles(10, 20, 11, 20), 3958.8 * kPi / 180, 1e-9);      // along a meridian
+    // Antipodes: rounding may push the root past 1, which must not give NaN.
+    EXPECT_NEAR(distanceMiles(0, 0, 0, 180), 3958.8 * kPi, 1e-6);
+    EXPECT_NEAR(distanceMiles(45, 30, -45, -150), 3958.8 * kPi, 1e-6);
+    EXPECT_EQ(distanceMiles(40, -73, 40, -73), 0);
+
+    const Airports& airports = Airports::shipped();
+    const Airport& jfk = airports.byCode.at("JFK");
+    const Airport& lax = airports.byCode.at("LAX");
+    // Published airport distances are measured on the ellipsoid; the sphere
+    // stays within half a percent of them (JFK-LAX: 2469.5 against 2475).
+    auto nearPublished = [](double miles, double published) {
+        return std::abs(miles - published) <= published * 0.005;
+    };
+    EXPECT_TRUE(nearPublished(distanceMiles(jfk, lax), 2475)) << distanceMiles(jfk, lax);
+    EXPECT_NEAR(distanceMiles(jfk, lax), 2469.5, 0.5);
+    EXPECT_EQ(distanceMiles(jfk, lax), distanceMiles(lax, jfk));
+    EXPECT_TRUE(nearPublished(distanceMiles(airports.byCode.at("ORD"), airports.byCode.at("ATL")), 606));
+    EXPECT_TRUE(nearPublished(distanceMiles(airports.byCode.at("SFO"), airports.byCode.at("HNL")), 2398));
+    EXPECT_TRUE(nearPublished(distanceMiles(airports.byCode.at("ANC"), airports.byCode.at("SEA")), 1448));
+}
+
+TEST(Airports, NearbyIsNearestFirstWithoutItselfWithinTheLimits) {
+    const Airports airports = Airports::fromList({
+        at("AAA", 0, 0), at("FAR", 0, 3), at("ONE", 0, 1), at("HLF", 0, 0.5),
+        at("TIE", 0, -0.5),  // as far as HLF, later in the file
+        at("TWN", 0, 0),     // same spot as AAA
+    });
+    auto codes = [](const std::vector<Airport>& list) {
+        std::vector<std::string> out;
+        for (const Airport& a : list) out.push_back(a.code);
+        return out;
+    };
+    EXPECT_EQ(codes(airports.nearby("AAA", 100, 10)),
+              (std::vector<std::string>{"TWN", "HLF", "TIE", "ONE"}));
+    EXPECT_EQ(codes(airports.nearby("AAA", 100, 2)), (std::vector<std::string>{"TWN", "HLF"}));
+    // The limit distance itself is within.
+    const double one = distanceMiles(0, 0, 0, 1);
+    EXPECT_EQ(codes(airports.nearby("AAA", one, 10)).back(), "ONE");
+    EXPECT_EQ(codes(airports.nearby("AAA", std::nextafter(one, 0.0), 10)).back(), "TIE");
+    EXPECT_EQ(codes(airports.nearby("AAA", 0, 10)), (std::vector<std::string>{"TWN"}));
+    EXPECT_EQ(codes(airports.nearby("FAR", 100, 10)), (std::vector<std::string>{}));
+    EXPECT_TRUE(airports.nearby("AAA", 100, 0).empty());
+    EXPECT_TRUE(airports.nearby("ZZZ", 1e9, 10).empty());
+    EXPECT_TRUE(airports.nearby("aaa", 1e9, 10).empty());  // codes are upper case
+
+    // In the shipped catalog: Orlando's neighbours, nearest first.
+    auto near = Airports::shipped().nearby("MCO", 150, 10);
+    ASSERT_GE(near.size(), 3u);
+    EXPECT_EQ(near[0].code, "SFB");
+    for (std::size_t i = 0; i < near.size(); ++i) {
+        EXPECT_NE(near[i].code, "MCO");
+        const double miles = distanceMiles(Airports::shipped().byCode.at("MCO"), near[i]);
+        EXPECT_LE(miles, 150);
+        if (i > 0) {
+            EXPECT_GE(miles, distanceMiles(Airports::shipped().byCode.at("MCO"), near[i - 1]));
+        }
+    }
+    EXPECT_EQ(codes(Airports::shipped().nearby("JFK", 25, 2)),
+              (std::vector<std::string>{"LGA", "EWR"}));
+}
+
+TEST(Airports, DecodingAndRepeatedCodes) {
+    const Airport mco{"MCO", "Orlando", "FL", "Orlando International Airport", 28.4294, -81.309};
+    EXPECT_EQ(mco.label(), "Orlando, FL (MCO)");
+    EXPECT_EQ(json::decodeDocument<Airport>(encode(mco).dump(), "x"), mco);
+    EXPECT_EQ(encode(mco).dump(),
+              R"({"code":"MCO","city":"Orlando","state":"FL","name":"Orlando International Airport",)"
+              R"("lat":28.4294,"lon":-81.309})");
+
+    const std::string ok = R"({"code":"AAA","city":"A","state":"FL","name":"A","lat":1,"lon":2})";
+    const std::string dup = R"({"code":"AAA","city":"B","state":"GA","name":"B","lat":3,"lon":4})";
+    auto list = json::decodeDocument<Airports>("[" + ok + "]", "x");
+    EXPECT_EQ(list.list.size(), 1u);
+    EXPECT_EQ(list.byCode.at("AAA").lon, 2);
+    EXPECT_EQ(errorOf<Airports>("[" + ok + "," + dup + "]"),
+              "airports.json: [1]: airport code AAA appears twice");
+    EXPECT_EQ(errorOf<Airports>(R"([{"code":"AAA","city":"A","state":"FL","name":"A","lat":"1","lon":2}])"),
+              "airports.json: [0].lat: expected a number");
+    EXPECT_EQ(errorOf<Airports>(R"([{"code":"AAA","city":"A","name":"A","lat":1,"lon":2}])"),
+              "airports.json: [0].state: required key is missing");
+    EXPECT_EQ(errorOf<Airports>("{}"), "airports.json: expected an array");
+    EXPECT_THROW(Airports::fromList({at("AAA", 0, 0), at("AAA", 1, 1)}), std::invalid_argument);
+}
+
+TEST(AirportCatalog, IsWholeAndSound) {
+    const Airports& airports = Airports::shipped();
+    EXPECT_GE(airports.list.size(), 120u);
+    EXPECT_EQ(airports.byCode.size(), airports.list.size());
+    for (const Airport& a : airports.list) {
+        SCOPED_TRACE(a.code);
+        EXPECT_TRUE(isUpperLetters(a.code, 3));
+        EXPECT_TRUE(isUpperLetters(a.state, 2));
+        EXPECT_FALSE(a.city.empty());
+        EXPECT_FALSE(a.name.empty());
+        EXPECT_GE(a.lat, -90);
+        EXPECT_LE(a.lat, 90);
+        EXPECT_GE(a.lon, -180);
+        EXPECT_LE(a.lon, 180);
+        // All U.S. airports but Guam's lie in the western hemisphere north of
+        // the equator: a flipped sign shows up here.
+        EXPECT_GT(a.lat, 13);
+        if (a.state != "GU") {
+            EXPECT_LT(a.lon, -64);
+        }
+        EXPECT_TRUE(TextSearch::matches(a.code, a.searchFields()));
+    }
+    EXPECT_EQ(airports.byCode.at("MCO").label(), "Orlando, FL (MCO)");
+    for (const char* code : {"ATL", "LAX", "ORD", "DFW", "DEN", "JFK", "SFO", "SEA", "LAS", "MCO",
+                             "SJU", "BQN", "PSE", "HNL", "OGG", "KOA", "LIH", "ITO", "ANC", "FAI",
+                             "JNU", "STT", "STX"}) {
+        EXPECT_NE(airports.find(code), nullptr) << code;
+    }
+    EXPECT_EQ(airports.byCode.at("SJU").state, "PR");
+    EXPECT_EQ(airports.byCode.at("STT").state, "VI");
+    EXPECT_EQ(airports.byCode.at("HNL").state, "HI");
+    // Every state has a home airport but Delaware, which has no airline
+    // service; so do D.C. and the territories.
+    std::set<std::string> states;
+    for (const Airport& a : airports.list) states.insert(a.state);
+    for (const char* state :
+         {"AL", "AK", "AZ", "AR", "CA", "CO", "CT", "FL", "GA", "HI", "ID", "IL", "IN", "IA", "KS",
+          "KY", "LA", "ME", "MD", "MA", "MI", "MN", "MS", "MO", "MT", "NE", "NV", "NH", "NJ", "NM",
+          "NY", "NC", "ND", "OH", "OK", "OR", "PA", "RI", "SC", "SD", "TN", "TX", "UT", "VT", "VA",
+          "WA", "WV", "WI", "WY", "DC", "PR", "VI", "GU"}) {
+        EXPECT_EQ(states.count(state), 1u) << state;
+    }
+}
+
+}  // namespace
+}  // namespace tripkit
