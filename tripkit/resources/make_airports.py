@@ -72,7 +72,8 @@ JAC
 # Airports people fly from that the extract does not hold: the U.S. Virgin
 # Islands and Guam (not in its U.S./Puerto Rico filter) and Appleton, WI.
 # Coordinates of STT, STX and GUM are OurAirports' (the worldwide table of
-# the same npm package); Appleton's are the FAA reference point.
+# the same npm package); Appleton's are its published reference point
+# (44°15′29″N, 88°31′09″W).
 HAND_ROWS = [
     {"code": "STT", "city": "Charlotte Amalie", "state": "VI",
      "name": "Cyril E. King Airport", "lat": 18.337091, "lon": -64.977251},
@@ -81,7 +82,7 @@ HAND_ROWS = [
     {"code": "GUM", "city": "Hagåtña", "state": "GU",
      "name": "Antonio B. Won Pat International Airport", "lat": 13.4834, "lon": 144.796005},
     {"code": "ATW", "city": "Appleton", "state": "WI",
-     "name": "Appleton International Airport", "lat": 44.257917, "lon": -88.519278},
+     "name": "Appleton International Airport", "lat": 44.258056, "lon": -88.519167},
 ]
 
 # The city people name rather than the municipality the field sits in.
