@@ -57,11 +57,11 @@ void splitWords(std::string_view folded, std::vector<std::string>& out) {
     std::string word;
     std::size_t i = 0;
     while (i < folded.size()) {
-        utf8proc_int32_t cp = 0;
-        utf8proc_ssize_t n = utf8proc_iterate(bytes(folded.substr(i)),
-                                              static_cast<utf8proc_ssize_t>(folded.size() - i), &cp);
-        if (n <= 0) n = 1;  // not reached for folded text; never loop forever
-        const auto length = static_cast<std::size_t>(n);
+        utf8proc_int32_t cp = -1;
+        const utf8proc_ssize_t n = utf8proc_iterate(
+            bytes(folded.substr(i)), static_cast<utf8proc_ssize_t>(folded.size() - i), &cp);
+        // Folded text is valid; a bad byte would still only separate words.
+        const std::size_t length = n > 0 ? static_cast<std::size_t>(n) : 1;
         if (n > 0 && isWordChar(cp)) {
             word.append(folded.substr(i, length));
         } else if (!word.empty()) {
