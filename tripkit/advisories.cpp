@@ -1,0 +1,140 @@
+#include "tripkit/advisories.h"
+
+#include <utf8proc.h>
+
+namespace tripkit {
+
+namespace {
+
+struct CodePoint {
+    utf8proc_int32_t value = -1;  // -1: a byte that is not UTF-8
+    std::size_t size = 1;         // bytes
+};
+
+CodePoint codePointAt(std::string_view text, std::size_t at) {
+    utf8proc_int32_t cp = -1;
+    const utf8proc_ssize_t used =
+        utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data() + at),
+                         static_cast<utf8proc_ssize_t>(text.size() - at), &cp);
+    if (used <= 0) return {};
+    return {cp, static_cast<std::size_t>(used)};
+}
+
+bool isSpace(utf8proc_int32_t cp) {
+    if (cp == ' ' || (cp >= '\t' && cp <= '\r')) return true;
+    if (cp < 0) return false;
+    const utf8proc_category_t category = utf8proc_category(cp);
+    return category == UTF8PROC_CATEGORY_ZS || category == UTF8PROC_CATEGORY_ZL ||
+           category == UTF8PROC_CATEGORY_ZP || cp == 0x85;
+}
+
+std::string trimmed(std::string_view text) {
+    std::size_t begin = 0;
+    while (begin < text.size()) {
+        const CodePoint c = codePointAt(text, begin);
+        if (!isSpace(c.value)) break;
+        begin += c.size;
+    }
+    std::size_t end = begin;  // just past the last character that is not space
+    for (std::size_t at = begin; at < text.size();) {
+        const CodePoint c = codePointAt(text, at);
+        at += c.size;
+        if (!isSpace(c.value)) end = at;
+    }
+    return std::string(text.substr(begin, end - begin));
+}
+
+// The first `count` characters (not bytes) of a text.
+std::string prefixChars(std::string_view text, std::size_t count) {
+    std::size_t at = 0;
+    for (std::size_t n = 0; n < count && at < text.size(); ++n) at += codePointAt(text, at).size;
+    return std::string(text.substr(0, at));
+}
+
+// The level of "... Level 2: Exercise Increased Caution". The first "Level"
+// followed by a space and any decimal digit counts; a digit that is not a
+// plain 0-9 (say, an Arabic-Indic one) makes the level unreadable.
+std::optional<int> levelIn(std::string_view title) {
+    constexpr std::string_view word = "Level ";
+    for (std::size_t at = title.find(word); at != std::string_view::npos;
+         at = title.find(word, at + 1)) {
+        const CodePoint digit = codePointAt(title, at + word.size());
+        if (digit.value < 0 || utf8proc_category(digit.value) != UTF8PROC_CATEGORY_ND) continue;
+        if (digit.value >= '0' && digit.value <= '9') return digit.value - '0';
+        return std::nullopt;
+    }
+    return std::nullopt;
+}
+
+std::string countryIn(std::string_view title) {
+    constexpr std::string_view suffix = " Travel Advisory";
+    std::string part(title.substr(0, title.find(" - ")));
+    for (std::size_t at = part.find(suffix); at != std::string::npos; at = part.find(suffix, at)) {
+        part.erase(at, suffix.size());
+    }
+    return trimmed(part);
+}
+
+}  // namespace
+
+std::optional<Advisory> Advisories::advisory(const Raw& raw) {
+    if (!raw.category || raw.category->empty()) return std::nullopt;
+    const std::optional<int> level = levelIn(raw.title);
+    if (!level) return std::nullopt;
+    Advisory a;
+    a.code = raw.category->front();
+    a.country = countryIn(raw.title);
+    a.level = *level;
+    a.title = raw.title;
+    a.link = raw.link;
+    a.updated = raw.updated ? prefixChars(*raw.updated, 10) : std::string();
+    return a;
+}
+
+std::map<std::string, Advisory> Advisories::parse(std::string_view data, std::string source) {
+    const json::Document doc = json::parse(data, std::move(source));
+    std::map<std::string, Advisory> out;
+    doc.root().forEach([&](const json::Value& element) {
+        if (auto a = advisory(element.as<Raw>())) out.insert_or_assign(a->code, std::move(*a));
+    });
+    return out;
+}
+
+std::string_view Advisories::levelText(int level) {
+    switch (level) {
+        case 1: return "Exercise normal precautions";
+        case 2: return "Exercise increased caution";
+        case 3: return "Reconsider travel";
+        case 4: return "Do not travel";
+        default: return "";
+    }
+}
+
+void decode(const json::Value& v, Advisories::Raw& out) {
+    out.title = v.get<std::string>("Title");
+    out.link = v.get<std::string>("Link");
+    out.category = v.getOptional<std::vector<std::string>>("Category");
+    out.updated = v.getOptional<std::string>("Updated");
+}
+
+void decode(const json::Value& v, Advisory& out) {
+    out.code = v.get<std::string>("code");
+    out.country = v.get<std::string>("country");
+    out.level = v.get<int>("level");
+    out.title = v.get<std::string>("title");
+    out.link = v.get<std::string>("link");
+    out.updated = v.get<std::string>("updated");
+}
+
+json::Json encode(const Advisory& a) {
+    json::Json out = json::Json::object();
+    out["code"] = a.code;
+    out["country"] = a.country;
+    out["level"] = a.level;
+    out["title"] = a.title;
+    out["link"] = a.link;
+    out["updated"] = a.updated;
+    return out;
+}
+
+}  // namespace tripkit

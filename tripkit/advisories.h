@@ -1,0 +1,51 @@
+// U.S. State Department travel advisories: the service's feed, one advisory
+// per country code, and the level texts.
+#pragma once
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tripkit/json.h"
+
+namespace tripkit {
+
+struct Advisory {
+    std::string code;     // the service's country code (not always ISO)
+    std::string country;  // from the title
+    int level = 0;        // 1 to 4
+    std::string title;
+    std::string link;
+    std::string updated;  // "YYYY-MM-DD", empty when the feed had none
+    friend bool operator==(const Advisory&, const Advisory&) = default;
+};
+
+struct Advisories {
+    // One element of the feed, with the service's own keys.
+    struct Raw {
+        std::string title;                                 // "Title"
+        std::string link;                                  // "Link"
+        std::optional<std::vector<std::string>> category;  // "Category"; [0] is the code
+        std::optional<std::string> updated;                // "Updated", a timestamp
+    };
+
+    // Decodes the feed (a JSON array) and keys the advisories by code; a later
+    // element with the same code replaces an earlier one. Throws
+    // json::DecodeError naming `source` when the body is not such an array.
+    static std::map<std::string, Advisory> parse(std::string_view data,
+                                                 std::string source = "advisories.json");
+    // One element as an advisory; nothing when it has no category or no
+    // readable "Level N" in its title.
+    static std::optional<Advisory> advisory(const Raw& raw);
+
+    // "Exercise normal precautions" ... "Do not travel"; empty for any other level.
+    static std::string_view levelText(int level);
+};
+
+void decode(const json::Value& v, Advisories::Raw& out);
+void decode(const json::Value& v, Advisory& out);
+json::Json encode(const Advisory& a);
+
+}  // namespace tripkit

@@ -1,0 +1,187 @@
+#include "tripkit/price_history.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tripkit {
+
+std::vector<NightPrice> HistoryBook::nights(std::string_view to) const {
+    std::vector<NightPrice> out;
+    auto route = routes.find(std::string(to));
+    if (route == routes.end()) return out;
+    const auto& series = route->second;
+    for (std::size_t i = 0; i < series.size(); ++i) {
+        if (!series[i] || !(*series[i] > 0)) continue;
+        out.push_back({from + static_cast<std::int64_t>(i), *series[i]});
+    }
+    return out;
+}
+
+FareHistory::FareHistory(const std::vector<HistoryBook>& books, std::optional<Day> today) {
+    for (const HistoryBook& book : books) {
+        // A file more than a week old says nothing about today's prices.
+        if (today && *today - book.updated > 7) continue;
+        for (const auto& route : book.routes) {
+            const std::vector<NightPrice> nights = book.nights(route.first);
+            if (nights.empty()) continue;
+            auto& byDay = prices[route.first];
+            for (const NightPrice& night : nights) {
+                auto [slot, inserted] = byDay.try_emplace(night.day, night.price);
+                // Strictly lower only: on a tie the earlier (main) airport stays.
+                if (!inserted && night.price < slot->second) slot->second = night.price;
+            }
+        }
+    }
+}
+
+std::vector<NightPrice> FareHistory::nights(std::string_view to, Day today) const {
+    std::vector<NightPrice> out;
+    auto route = prices.find(std::string(to));
+    if (route == prices.end()) return out;
+    // The map is ordered by day, so the window is one contiguous range.
+    auto first = route->second.upper_bound(today - windowDays);
+    auto last = route->second.upper_bound(today);
+    for (auto it = first; it != last; ++it) out.push_back({it->first, it->second});
+    return out;
+}
+
+std::optional<PriceCheck> FareHistory::check(double price, std::string_view to, Day today) const {
+    return PriceCheck::judge(price, nights(to, today), today);
+}
+
+double PriceCheck::percentile(const std::vector<double>& s, double q) {
+    if (s.empty()) return 0;
+    const double pos = q * static_cast<double>(s.size() - 1);
+    const auto i = static_cast<std::size_t>(std::floor(pos));
+    const std::size_t j = std::min(i + 1, s.size() - 1);
+    return s[i] + (pos - static_cast<double>(i)) * (s[j] - s[i]);
+}
+
+std::optional<PriceCheck> PriceCheck::judge(double price, const std::vector<NightPrice>& history,
+                                            Day today) {
+    std::vector<double> sorted;
+    sorted.reserve(history.size());
+    for (const NightPrice& n : history) sorted.push_back(n.price);
+    std::sort(sorted.begin(), sorted.end());
+    if (!(price > 0) || sorted.size() < static_cast<std::size_t>(minNights)) return std::nullopt;
+
+    PriceCheck c;
+    c.price = price;
+    c.nights = static_cast<int>(sorted.size());
+    Day earliest = history.front().day;
+    for (const NightPrice& n : history) earliest = std::min(earliest, n.day);
+    c.days = static_cast<int>(today - earliest + 1);
+    c.low = percentile(sorted, 0.25);
+    c.typical = percentile(sorted, 0.50);
+    c.high = percentile(sorted, 0.75);
+    if (price <= c.low) {
+        c.verdict = Verdict::low;
+    } else if (price > c.high) {
+        c.verdict = Verdict::high;
+    } else {
+        c.verdict = Verdict::typical;
+    }
+    const auto cheaper = std::lower_bound(sorted.begin(), sorted.end(), price) - sorted.begin();
+    c.cheaperShare = static_cast<double>(cheaper) / c.nights;
+
+    // How far back the price has not been beaten: the newest cheaper night.
+    std::optional<Day> newestCheaper;
+    for (const NightPrice& n : history) {
+        if (n.price < price && (!newestCheaper || n.day > *newestCheaper)) newestCheaper = n.day;
+    }
+    const std::int64_t run = newestCheaper ? today - *newestCheaper - 1 : c.days;
+    if (run >= minRunDays) c.lowestInDays = static_cast<int>(run);
+    return c;
+}
+
+std::string_view PriceCheck::text(Verdict v) {
+    switch (v) {
+        case Verdict::low: return "low";
+        case Verdict::typical: return "typical";
+        case Verdict::high: return "high";
+    }
+    return "typical";
+}
+
+std::optional<PriceCheck::Verdict> PriceCheck::verdictNamed(std::string_view text) {
+    for (Verdict v : {Verdict::low, Verdict::typical, Verdict::high}) {
+        if (PriceCheck::text(v) == text) return v;
+    }
+    return std::nullopt;
+}
+
+void decode(const json::Value& v, HistoryBook& out) {
+    out.origin = v.get<std::string>("origin");
+    out.updated = v.get<Day>("updated");
+    out.from = v.get<Day>("from");
+    out.routes.clear();
+    v.field("routes").forEachMember([&](std::string_view to, const json::Value& series) {
+        auto& values = out.routes[std::string(to)];
+        values.reserve(series.size());
+        series.forEach([&](const json::Value& night) {
+            if (night.isNull()) {
+                values.emplace_back();
+            } else {
+                values.emplace_back(night.number());
+            }
+        });
+    });
+}
+
+void decode(const json::Value& v, NightPrice& out) {
+    out.day = v.get<Day>("day");
+    out.price = v.get<double>("price");
+}
+
+void decode(const json::Value& v, PriceCheck& out) {
+    out.price = v.get<double>("price");
+    const json::Value verdict = v.field("verdict");
+    auto named = PriceCheck::verdictNamed(verdict.stringView());
+    if (!named) verdict.fail("unknown verdict: " + verdict.string());
+    out.verdict = *named;
+    out.nights = v.get<int>("nights");
+    out.days = v.get<int>("days");
+    out.low = v.get<double>("low");
+    out.typical = v.get<double>("typical");
+    out.high = v.get<double>("high");
+    out.cheaperShare = v.get<double>("cheaperShare");
+    out.lowestInDays = v.getOptional<int>("lowestInDays");
+}
+
+json::Json encode(const HistoryBook& b) {
+    json::Json out = json::Json::object();
+    out["origin"] = b.origin;
+    out["updated"] = encode(b.updated);
+    out["from"] = encode(b.from);
+    json::Json routes = json::Json::object();
+    for (const auto& [to, series] : b.routes) {
+        json::Json values = json::Json::array();
+        for (const auto& price : series) values.push_back(price ? json::number(*price) : json::Json());
+        routes[to] = std::move(values);
+    }
+    out["routes"] = std::move(routes);
+    return out;
+}
+
+json::Json encode(const NightPrice& n) {
+    json::Json out = json::Json::object();
+    out["day"] = encode(n.day);
+    out["price"] = json::number(n.price);
+    return out;
+}
+
+json::Json encode(const PriceCheck& c) {
+    json::Json out = json::Json::object();
+    out["price"] = json::number(c.price);
+    out["verdict"] = std::string(PriceCheck::text(c.verdict));
+    out["nights"] = c.nights;
+    out["days"] = c.days;
+    out["low"] = json::number(c.low);
+    out["typical"] = json::number(c.typical);
+    out["high"] = json::number(c.high);
+    out["cheaperShare"] = c.cheaperShare;
+    json::putOptional(out, "lowestInDays", c.lowestInDays);
+    return out;
+}
+
+}  // namespace tripkit
