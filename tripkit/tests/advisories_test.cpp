@@ -1,0 +1,113 @@
+#include "tripkit/advisories.h"
+
+#include <fstream>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+namespace tripkit {
+namespace {
+
+std::string readAll(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream bytes;
+    bytes << in.rdbuf();
+    return bytes.str();
+}
+
+TEST(Advisories, ParsesTheServicesOwnFeed) {
+    const std::string body =
+        readAll(std::string(ROAMWISE_SHARED_DATA) + "/advisories/travel-advisories-api-sample.json");
+    ASSERT_FALSE(body.empty());
+    const auto all = Advisories::parse(body);
+    ASSERT_EQ(all.size(), 3u);
+    const Advisory& qatar = all.at("QA");
+    EXPECT_EQ(qatar.country, "Qatar");
+    EXPECT_EQ(qatar.level, 3);
+    EXPECT_EQ(qatar.title, "Qatar - Level 3: Reconsider Travel");
+    EXPECT_EQ(qatar.updated, "2026-03-01");
+    EXPECT_TRUE(qatar.link.starts_with("https://travel.state.gov/"));
+    // The service's codes are its own: Liberia is LI.
+    EXPECT_EQ(all.at("LI").country, "Liberia");
+    EXPECT_EQ(all.at("LI").level, 2);
+    EXPECT_EQ(all.at("IR").level, 4);
+    EXPECT_EQ(all.at("IR").updated, "2025-12-04");
+}
+
+TEST(Advisories, TitlesCategoriesAndRepeats) {
+    const auto all = Advisories::parse(R"([
+      {"Title": "Mexico Travel Advisory - Level 2: Exercise Increased Caution", "Link": "m",
+       "Category": ["MX"], "Updated": "2025-08-12T00:00:00-04:00", "Summary": "ignored"},
+      {"Title": "  Portugal   - Level 1: Exercise Normal Precautions", "Link": "p", "Category": ["PO", "XX"]},
+      {"Title": "Iceland - Level 1: Exercise Normal Precautions", "Link": "i", "Category": []},
+      {"Title": "Japan - Level 1: Exercise Normal Precautions", "Link": "j"},
+      {"Title": "Spain - Level 1: Exercise Normal Precautions", "Link": "s", "Category": null},
+      {"Title": "Chad - Level 3: Reconsider Travel", "Link": "c1", "Category": ["CD"], "Updated": "2024-01-01"},
+      {"Title": "Nowhere - Updated", "Link": "n", "Category": ["NW"]},
+      {"Title": "Elsewhere - Level ٢: Exercise Increased Caution", "Link": "e", "Category": ["EL"]},
+      {"Title": "Level up - level 2, Level x, Level 4: Do Not Travel", "Link": "l", "Category": ["LU"]},
+      {"Title": "Chad - Level 4: Do Not Travel", "Link": "c2", "Category": ["CD"], "Updated": "2025"}
+    ])");
+    std::vector<std::string> codes;
+    for (const auto& [code, a] : all) codes.push_back(code);
+    EXPECT_EQ(codes, (std::vector<std::string>{"CD", "LU", "MX", "PO"}));
+
+    const Advisory& mx = all.at("MX");
+    EXPECT_EQ(mx.country, "Mexico");  // " Travel Advisory" removed
+    EXPECT_EQ(mx.level, 2);
+    EXPECT_EQ(mx.updated, "2025-08-12");
+    EXPECT_EQ(mx.title, "Mexico Travel Advisory - Level 2: Exercise Increased Caution");
+
+    EXPECT_EQ(all.at("PO").country, "Portugal");  // trimmed; first category is the code
+    EXPECT_EQ(all.at("PO").updated, "");
+    EXPECT_EQ(all.at("LU").level, 4);  // the first "Level" with a digit counts
+    EXPECT_EQ(all.at("LU").country, "Level up");
+    // The later element of a repeated code wins, whatever its level.
+    EXPECT_EQ(all.at("CD").link, "c2");
+    EXPECT_EQ(all.at("CD").level, 4);
+    EXPECT_EQ(all.at("CD").updated, "2025");
+
+    // The country part: every " Travel Advisory" goes, and no " - " at all
+    // leaves the whole title.
+    Advisories::Raw raw{"Peru Travel Advisory Travel Advisory - Level 1", "x", std::vector<std::string>{"PE"}, "2026-01-05T12"};
+    EXPECT_EQ(Advisories::advisory(raw)->country, "Peru");
+    raw.title = "Level 1";
+    EXPECT_EQ(Advisories::advisory(raw)->country, "Level 1");
+    raw.category = std::vector<std::string>{""};
+    EXPECT_EQ(Advisories::advisory(raw)->code, "");  // a blank code still stands
+}
+
+TEST(Advisories, MalformedFeedsFail) {
+    auto failure = [](const std::string& body) -> std::string {
+        try {
+            Advisories::parse(body, "advisories.json");
+        } catch (const json::DecodeError& e) {
+            return e.what();
+        }
+        return "parsed";
+    };
+    EXPECT_EQ(failure(R"({"Title": "x"})"), "advisories.json: expected an array");
+    EXPECT_EQ(failure(R"([{"Title": "Chad - Level 3", "Category": ["CD"]}])"),
+              "advisories.json: [0].Link: required key is missing");
+    EXPECT_EQ(failure(R"([{"Title": 3, "Link": "x"}])"), "advisories.json: [0].Title: expected a string");
+    EXPECT_NE(failure(R"([{"Title": "Chad)").find("advisories.json: not valid JSON"), std::string::npos);
+    EXPECT_TRUE(Advisories::parse("[]").empty());
+}
+
+TEST(Advisories, LevelTextsAndRoundTrip) {
+    EXPECT_EQ(Advisories::levelText(1), "Exercise normal precautions");
+    EXPECT_EQ(Advisories::levelText(2), "Exercise increased caution");
+    EXPECT_EQ(Advisories::levelText(3), "Reconsider travel");
+    EXPECT_EQ(Advisories::levelText(4), "Do not travel");
+    EXPECT_EQ(Advisories::levelText(0), "");
+    EXPECT_EQ(Advisories::levelText(5), "");
+
+    const Advisory a{"MX", "Mexico", 2, "Mexico Travel Advisory - Level 2: x", "https://e.x/mx", ""};
+    const std::string text = encode(a).dump();
+    EXPECT_EQ(text, R"({"code":"MX","country":"Mexico","level":2,"title":"Mexico Travel Advisory - Level 2: x",)"
+                    R"("link":"https://e.x/mx","updated":""})");
+    EXPECT_EQ(json::decodeDocument<Advisory>(text, "a"), a);
+}
+
+}  // namespace
+}  // namespace tripkit

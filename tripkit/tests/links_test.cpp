@@ -1,0 +1,143 @@
+#include "tripkit/links.h"
+
+#include <map>
+
+#include <gtest/gtest.h>
+
+namespace tripkit {
+namespace {
+
+const std::string kFlights = "https://flights.example";
+const Day kDepart = Day::fromCivil(2027, 5, 14);
+const Day kReturn = Day::fromCivil(2027, 5, 21);
+
+TEST(Links, PercentEncoding) {
+    EXPECT_EQ(Links::percentEncoded("San Juan & more"), "San%20Juan%20%26%20more");
+    EXPECT_EQ(Links::percentEncoded("a-b.c_d~e"), "a-b.c_d~e");
+    EXPECT_EQ(Links::percentEncoded("Cancún"), "Canc%C3%BAn");
+    EXPECT_EQ(Links::percentEncoded("東京"), "%E6%9D%B1%E4%BA%AC");
+    EXPECT_EQ(Links::percentEncoded("a+b=c/d?e#%"), "a%2Bb%3Dc%2Fd%3Fe%23%25");
+    EXPECT_EQ(Links::percentEncoded(""), "");
+    // Every byte outside the kept set is encoded, and in upper-case hex.
+    std::string all;
+    for (int c = 1; c < 256; ++c) all += static_cast<char>(c);
+    const std::string encoded = Links::percentEncoded(all);
+    EXPECT_EQ(encoded.size(), Links::unreserved.size() + 3 * (255 - Links::unreserved.size()));
+    EXPECT_NE(encoded.find("%FF"), std::string::npos);
+}
+
+TEST(Links, FlightSearchPaths) {
+    EXPECT_EQ(Links::flightPath("JFK", kDepart, "LIS", kReturn, {}), "/search/JFK1405LIS21051");
+    EXPECT_EQ(Links::flightPath("JFK", Day::fromCivil(2027, 1, 3), "MCO", std::nullopt, {}),
+              "/search/JFK0301MCO1");
+    EXPECT_EQ(Links::flightPath("EWR", kDepart, "MCO", kReturn, {2, 1, 0}), "/search/EWR1405MCO2105210");
+    EXPECT_EQ(Links::flightPath("EWR", kDepart, "MCO", kReturn, {2, 0, 1}), "/search/EWR1405MCO2105201");
+
+    EXPECT_EQ(Links::flightSearch(kFlights + "/", "JFK", kDepart, "LIS", kReturn, {}, ""),
+              kFlights + "/search/JFK1405LIS21051");
+    EXPECT_EQ(Links::flightSearch(kFlights, "JFK", kDepart, "LIS", kReturn, {}, "12345"),
+              kFlights + "/search/JFK1405LIS21051?marker=12345");
+
+    Deal deal;
+    deal.destination = "CUN";
+    deal.origin = "EWR";
+    deal.depart = kDepart;
+    deal.returnDay = kReturn;
+    EXPECT_EQ(Links::flightSearch(deal, kFlights, "m 1"), kFlights + "/search/EWR1405CUN21051?marker=m%201");
+}
+
+TEST(Links, FareFileLinksAndTheMarker) {
+    // No scheme and no slash, a leading slash, a full address.
+    EXPECT_EQ(Links::fareLink("search/JFK1405LIS21051", kFlights, ""), kFlights + "/search/JFK1405LIS21051");
+    EXPECT_EQ(Links::fareLink("/search/X", kFlights + "/", "7"), kFlights + "/search/X?marker=7");
+    EXPECT_EQ(Links::fareLink("https://other.example/s?a=1", kFlights, "7"),
+              "https://other.example/s?a=1&marker=7");
+    EXPECT_EQ(Links::fareLink("http://other.example/s", kFlights, ""), "http://other.example/s");
+
+    // An existing marker is replaced, others are kept in order; the fragment stays last.
+    EXPECT_EQ(Links::withMarker("https://a.example/s?marker=old&x=1&marker=2&y#top", "new"),
+              "https://a.example/s?x=1&y&marker=new#top");
+    EXPECT_EQ(Links::withMarker("https://a.example/s?marker=old", ""), "https://a.example/s?marker=old");
+    EXPECT_EQ(Links::withMarker("https://a.example/s?", "9"), "https://a.example/s?marker=9");
+    EXPECT_EQ(Links::withMarker("https://a.example/s?markers=1", "9"), "https://a.example/s?markers=1&marker=9");
+
+    Deal deal;
+    deal.destination = "LIS";
+    deal.origin = "JFK";
+    deal.depart = kDepart;
+    deal.link = "search/JFK1405LIS2105?marker=0";
+    EXPECT_EQ(Links::flightSearch(deal, kFlights, "42"), kFlights + "/search/JFK1405LIS2105?marker=42");
+}
+
+TEST(Links, RedirectsAndTargets) {
+    const Links::Program hotels{"4115", "101"};
+    const std::string target = "https://hotels.example/go?CityName=San Juan&x=1";
+    const std::string encodedTarget = "https%3A%2F%2Fhotels.example%2Fgo%3FCityName%3DSan%20Juan%26x%3D1";
+    EXPECT_EQ(Links::redirect("https://r.example", "12345", "678", hotels, target),
+              "https://r.example/r?marker=12345&trs=678&p=4115&u=" + encodedTarget + "&campaign_id=101");
+    // An empty or unfilled project is left out; "$" alone is a value.
+    for (const std::string project : {"", "$(RW_PROJECT)", "$("}) {
+        EXPECT_EQ(Links::redirect("https://r.example", "12345", project, hotels, "t"),
+                  "https://r.example/r?marker=12345&p=4115&u=t&campaign_id=101")
+            << project;
+    }
+    EXPECT_EQ(Links::redirect("https://r.example", "", "$x", hotels, "t"),
+              "https://r.example/r?marker=&trs=%24x&p=4115&u=t&campaign_id=101");
+
+    EXPECT_EQ(Links::hotelSearch("https://h.example", "Orlando, FL", kDepart, kReturn, {{2, {}}}),
+              "https://h.example/go/hotel/search/Destination/2027-05-14/2027-05-21"
+              "?CityName=Orlando%2C%20FL&NumRooms=1&NumAdult-Room1=2&NumChild-Room1=0");
+    EXPECT_EQ(Links::hotelSearch("https://h.example", "Orlando", kDepart, kReturn, {{2, {4, 9}}, {1, {}}}),
+              "https://h.example/go/hotel/search/Destination/2027-05-14/2027-05-21?CityName=Orlando"
+              "&NumRooms=2&NumAdult-Room1=2&NumChild-Room1=2&Room1-Child1Age=4&Room1-Child2Age=9"
+              "&NumAdult-Room2=1&NumChild-Room2=0");
+    EXPECT_TRUE(Links::carSearch("https://c.example", "MCO", kDepart, kReturn)
+                    .starts_with("https://c.example/go/car/search/Airport/2027-05-14/2027-05-21?PickUpLoc=MCO"));
+    EXPECT_EQ(Links::toursSearch("https://t.example", "Reykjavík"), "https://t.example/s/?q=Reykjav%C3%ADk");
+    EXPECT_EQ(Links::shopSearch("https://s.example", "rain jacket & hat", "tag-20"),
+              "https://s.example/s?k=rain%20jacket%20%26%20hat&tag=tag-20");
+    EXPECT_EQ(Links::shopSearch("https://s.example", "sandals", ""), "https://s.example/s?k=sandals");
+}
+
+TEST(PartnerConfig, ReadsSettingsByName) {
+    std::map<std::string, std::string> env;
+    auto setting = [&](const char* name) -> const char* {
+        auto it = env.find(name);
+        return it == env.end() ? nullptr : it->second.c_str();
+    };
+    PartnerConfig c = PartnerConfig::read(setting);
+    EXPECT_EQ(c.marker, "");
+    EXPECT_FALSE(c.hotelProgram || c.carProgram || c.toursProgram);
+
+    env = {{"RWTravelpayoutsMarker", "12345"}, {"RWTravelpayoutsProject", "$(RW_PROJECT)"},
+           {"RWHotelProgram", "4115"}, {"RWHotelCampaign", "101"},
+           {"RWCarProgram", "2222"},  // no campaign: no programme
+           {"RWToursProgram", "3333"}, {"RWToursCampaign", "303"}, {"RWShopTag", "rw-20"}};
+    c = PartnerConfig::read(setting);
+    EXPECT_EQ(c.marker, "12345");
+    EXPECT_EQ(c.project, "");
+    EXPECT_EQ(c.hotelProgram, (Links::Program{"4115", "101"}));
+    EXPECT_FALSE(c.carProgram);
+    EXPECT_FALSE(c.toursProgram);  // RWToursLinks is not on
+    for (const char* on : {"1", "YES", "true"}) {
+        env["RWToursLinks"] = on;
+        EXPECT_EQ(PartnerConfig::read(setting).toursProgram, (Links::Program{"3333", "303"})) << on;
+    }
+    env["RWToursLinks"] = "no";
+    EXPECT_FALSE(PartnerConfig::read(setting).toursProgram);
+
+    // The links use them: hotels through the redirect, cars plain, tours
+    // only with a programme.
+    c.hosts.redirect = "https://r.example";
+    c.hosts.cars = "https://c.example";
+    EXPECT_TRUE(c.hotelLink("Orlando", kDepart, kReturn, {{}}).starts_with(
+        "https://r.example/r?marker=12345&p=4115&u=https%3A%2F%2Fwww."));
+    EXPECT_TRUE(c.carLink("MCO", kDepart, kReturn).starts_with("https://c.example/go/car/"));
+    EXPECT_FALSE(c.toursLink("Orlando"));
+    c.toursProgram = Links::Program{"3333", "303"};
+    EXPECT_TRUE(c.toursLink("Orlando")->ends_with("&p=3333&u=https%3A%2F%2Fwww.getyourguide.com%2Fs%2F%3Fq%3DOrlando&campaign_id=303"));
+    EXPECT_TRUE(c.shopLink("socks").ends_with("/s?k=socks&tag=rw-20"));
+}
+
+}  // namespace
+}  // namespace tripkit
