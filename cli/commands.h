@@ -7,12 +7,16 @@ namespace roamwise::cli {
 
 void addDealsCommand(CLI::App& root, Io& io);
 void addPlacesCommand(CLI::App& root, Io& io);
+void addPriceCheckCommand(CLI::App& root, Io& io);
+void addHistoryCommand(CLI::App& root, Io& io);
 
 // In the order `--help` lists them.
 inline const std::vector<CommandAdder>& allCommands() {
     static const std::vector<CommandAdder> adders = {
         addDealsCommand,
         addPlacesCommand,
+        addPriceCheckCommand,
+        addHistoryCommand,
     };
     return adders;
 }

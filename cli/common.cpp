@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cmath>
+#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <sstream>
@@ -45,6 +46,15 @@ std::vector<std::string> parseHomeCodes(const std::string& text) {
     return codes;
 }
 
+std::string parseDestinationCode(const std::string& text) {
+    std::string code;
+    for (char c : text) code += static_cast<char>(std::toupper(static_cast<unsigned char>(c)));
+    bool letters = code.size() == 3;
+    for (char c : code) letters = letters && c >= 'A' && c <= 'Z';
+    if (!letters) throw UsageError("not a destination code (like LIS): " + text);
+    return code;
+}
+
 CLI::Validator dayValidator() {
     return CLI::Validator(
         [](std::string& text) -> std::string {
@@ -72,6 +82,29 @@ std::optional<std::string> readFile(const std::string& path) {
     bytes << in.rdbuf();
     if (in.bad()) throw std::runtime_error(path + ": read failed");
     return bytes.str();
+}
+
+std::optional<tripkit::FareHistory> loadFareHistory(const DataOptions& data, tripkit::Day today,
+                                                    std::ostream& err) {
+    auto files = loadHomeFiles<tripkit::HistoryBook>(data.dataDir, "history",
+                                                     parseHomeCodes(data.homes), err);
+    if (files.empty()) {
+        err << "roamwise-cli: no history file could be read\n";
+        return std::nullopt;
+    }
+    std::vector<tripkit::HistoryBook> books;
+    for (auto& f : files) {
+        if (today - f.value.updated > 7) {
+            reportSkipped(err, f.code, "history published " + f.value.updated.text() +
+                                           ", more than a week before " + today.text());
+        }
+        books.push_back(std::move(f.value));
+    }
+    return tripkit::FareHistory(books, today);
+}
+
+tripkit::PartnerConfig partnerConfigFromEnvironment() {
+    return tripkit::PartnerConfig::read([](const char* name) { return std::getenv(name); });
 }
 
 void reportSkipped(std::ostream& err, const std::string& code, const std::string& why) {

@@ -13,6 +13,8 @@
 #include "cli/cli.h"
 #include "tripkit/days.h"
 #include "tripkit/json.h"
+#include "tripkit/links.h"
+#include "tripkit/price_history.h"
 
 namespace roamwise::cli {
 
@@ -43,6 +45,8 @@ void addDataOptions(CLI::App& command, DataOptions& options);
 
 // "jfk, EWR" -> {"JFK", "EWR"}; one to three distinct IATA codes.
 std::vector<std::string> parseHomeCodes(const std::string& text);
+// "lis" -> "LIS"; a destination's three-letter code.
+std::string parseDestinationCode(const std::string& text);
 // The --today value, or today in the user's time zone when empty.
 tripkit::Day resolveToday(const std::string& text);
 // A --today style check for CLI11.
@@ -60,6 +64,15 @@ struct HomeFile {
 template <class T>
 std::vector<HomeFile<T>> loadHomeFiles(const std::string& dataDir, const std::string& folder,
                                        const std::vector<std::string>& codes, std::ostream& err);
+
+// The home airports' "history/CODE.json" files merged for `today`; nothing
+// (after saying why on `err`) when none could be read.
+std::optional<tripkit::FareHistory> loadFareHistory(const DataOptions& data, tripkit::Day today,
+                                                    std::ostream& err);
+
+// The partner settings from the environment variables of the same names
+// (RWTravelpayoutsMarker, RWTravelpayoutsProject, RWHotelProgram, ...).
+tripkit::PartnerConfig partnerConfigFromEnvironment();
 
 // The bytes of a file, or nothing when it does not exist. Throws
 // std::runtime_error for a file that exists but cannot be read.

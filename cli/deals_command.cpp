@@ -3,6 +3,7 @@
 
 #include "cli/commands.h"
 #include "tripkit/fares.h"
+#include "tripkit/links.h"
 
 namespace roamwise::cli {
 
@@ -10,7 +11,8 @@ using namespace tripkit;
 
 namespace {
 
-void printTable(std::ostream& out, const std::vector<Deal>& deals, Day today) {
+void printTable(std::ostream& out, const std::vector<Deal>& deals, Day today,
+                const std::optional<PartnerConfig>& links) {
     if (deals.empty()) {
         out << "No deals departing in the next " << Freshness::horizonDays
             << " days were seen recently enough to show.\n";
@@ -28,6 +30,7 @@ void printTable(std::ostream& out, const std::vector<Deal>& deals, Day today) {
                            d.stops == 0 ? std::string("non") : std::to_string(d.stops),
                            d.origin.value_or("-"), Freshness::age(d.seen, today),
                            stale ? " *" : "");
+        if (links) out << "      " << links->flightSearch(d) << "\n";
     }
     if (anyStale) {
         out << "* stale: fares older than " << Freshness::freshDays
@@ -40,11 +43,15 @@ void printTable(std::ostream& out, const std::vector<Deal>& deals, Day today) {
 void addDealsCommand(CLI::App& root, Io& io) {
     struct Options {
         DataOptions data;
+        bool links = false;
     };
     auto options = std::make_shared<Options>();
     CLI::App* command = root.add_subcommand(
         "deals", "Cheapest round trips from the home airports, merged across them");
     addDataOptions(*command, options->data);
+    command->add_flag("--links", options->links,
+                      "Add each deal's flight search link (\"searchLink\" in JSON), with the "
+                      "marker from RWTravelpayoutsMarker");
     command->callback([options, &io] {
         const std::vector<std::string> homes = parseHomeCodes(options->data.homes);
         const Day today = resolveToday(options->data.today);
@@ -57,10 +64,18 @@ void addDealsCommand(CLI::App& root, Io& io) {
         std::vector<FareBook> books;
         for (auto& f : files) books.push_back(std::move(f.value));
         const std::vector<Deal> deals = Fares::deals(books, today);
+        std::optional<PartnerConfig> links;
+        if (options->links) links = partnerConfigFromEnvironment();
         if (options->data.json) {
-            printJson(io.out, json::array(deals));
+            json::Json out = json::array(deals);
+            if (links) {
+                for (std::size_t i = 0; i < deals.size(); ++i) {
+                    out[i]["searchLink"] = links->flightSearch(deals[i]);
+                }
+            }
+            printJson(io.out, out);
         } else {
-            printTable(io.out, deals, today);
+            printTable(io.out, deals, today, links);
         }
         io.status = kOk;
     });

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <cstdlib>
+
 #include "cli/cli.h"
 #include "cli/tests/cli_test_support.h"
 
@@ -60,6 +62,30 @@ TEST(DealsCommand, SkipsMissingAndBrokenFilesAndSaysWhy) {
     EXPECT_EQ(r.status, kNoData);
     EXPECT_NE(r.err.find("flights/EWR.json: not valid JSON"), std::string::npos) << r.err;
     EXPECT_TRUE(r.out.empty());
+}
+
+TEST(DealsCommand, LinksCarryTheMarkerFromTheEnvironment) {
+    const std::string data = std::string(ROAMWISE_EXAMPLES) + "/data";
+    ::unsetenv("RWTravelpayoutsMarker");
+    auto r = runCli({"deals", "--data", data, "--home", "JFK,EWR", "--today", "2026-11-20", "--json", "--links"});
+    ASSERT_EQ(r.status, kOk) << r.err;
+    auto deals = r.json();
+    EXPECT_EQ(deals[0]["destination"], "MIA");
+    EXPECT_EQ(deals[0]["searchLink"], "https://www.aviasales.com/search/JFK0312MIA07121");
+
+    ::setenv("RWTravelpayoutsMarker", "12345", 1);
+    r = runCli({"deals", "--data", data, "--home", "JFK,EWR", "--today", "2026-11-20", "--json", "--links"});
+    ::unsetenv("RWTravelpayoutsMarker");
+    deals = r.json();
+    EXPECT_EQ(deals[2]["destination"], "CUN");
+    EXPECT_EQ(deals[2]["searchLink"], "https://www.aviasales.com/search/EWR2201CUN29011?marker=12345");
+    EXPECT_FALSE(deals[2].contains("link"));  // the fare file's own key stays as it was
+
+    // Without --links nothing changes.
+    r = runCli({"deals", "--data", data, "--home", "JFK", "--today", "2026-11-20", "--json"});
+    EXPECT_FALSE(r.json()[0].contains("searchLink"));
+    r = runCli({"deals", "--data", data, "--home", "JFK", "--today", "2026-11-20", "--links"});
+    EXPECT_NE(r.out.find("\n      https://www.aviasales.com/search/JFK1301SJU20011\n"), std::string::npos) << r.out;
 }
 
 TEST(DealsCommand, WrongArgumentsAreUsageErrors) {

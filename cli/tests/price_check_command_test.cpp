@@ -1,0 +1,126 @@
+#include <gtest/gtest.h>
+
+#include "cli/cli.h"
+#include "cli/tests/cli_test_support.h"
+
+namespace roamwise::cli {
+namespace {
+
+using testing::runCli;
+using testing::TempDir;
+
+const std::string kExamples = std::string(ROAMWISE_EXAMPLES) + "/data";
+
+// A history file whose LIS series is `prices`, one per night up to `updated`.
+std::string historyFile(const std::string& origin, const std::string& updated, const std::string& from,
+                        const std::string& prices) {
+    return R"({"origin":")" + origin + R"(","updated":")" + updated + R"(","from":")" + from +
+           R"(","routes":{"LIS":[)" + prices + "]}}";
+}
+
+std::string prices(int count, int first, int step) {
+    std::string out;
+    for (int i = 0; i < count; ++i) out += (i ? "," : "") + std::to_string(first + i * step);
+    return out;
+}
+
+TEST(PriceCheckCommand, JudgesTodaysDealInTheExampleFolder) {
+    auto r = runCli({"price-check", "lis", "--data", kExamples, "--home", "JFK,EWR", "--today",
+                     "2026-11-20", "--json"});
+    ASSERT_EQ(r.status, kOk) << r.err;
+    const auto j = r.json();
+    EXPECT_EQ(j["destination"], "LIS");
+    // EWR's cheaper LIS fare is stale, so today's deal is JFK's.
+    EXPECT_EQ(j["price"], 412);
+    EXPECT_EQ(j["deal"]["origin"], "JFK");
+    const auto& check = j["check"];
+    EXPECT_EQ(check["verdict"], "low");
+    EXPECT_EQ(check["days"], 81);  // the files start on 2026-09-01
+    EXPECT_LE(check["nights"].get<int>(), 81);
+    EXPECT_GE(check["nights"].get<int>(), 25);
+    EXPECT_LT(check["low"].get<double>(), check["typical"].get<double>());
+    EXPECT_LT(check["typical"].get<double>(), check["high"].get<double>());
+
+    auto table = runCli({"price-check", "CUN", "--data", kExamples, "--home", "JFK,EWR", "--today",
+                         "2026-11-20", "--price", "400"});
+    ASSERT_EQ(table.status, kOk) << table.err;
+    EXPECT_NE(table.out.find("CUN at $400\nHigher than most prices seen in the last 81 days\n"),
+              std::string::npos)
+        << table.out;
+    EXPECT_NE(table.out.find("Cheaper on       100% of nights"), std::string::npos) << table.out;
+    EXPECT_NE(table.out.find("Past prices don’t predict future ones."), std::string::npos);
+    EXPECT_EQ(table.out.find("Lowest in"), std::string::npos);
+
+    // Tokyo has only a few nights of history so far.
+    auto nrt = runCli({"price-check", "NRT", "--data", kExamples, "--home", "JFK", "--today", "2026-11-20"});
+    ASSERT_EQ(nrt.status, kOk);
+    EXPECT_NE(nrt.out.find("Building (verdicts after 21 nights)"), std::string::npos) << nrt.out;
+}
+
+TEST(PriceCheckCommand, TwentyOneNightsMergedAcrossAirports) {
+    TempDir dir;
+    // 20 nights from JFK; EWR adds one more night before them and a cheaper
+    // price on the last one.
+    dir.write("history/JFK.json", historyFile("JFK", "2026-11-20", "2026-11-01", prices(20, 300, 10)));
+    auto args = std::vector<std::string>{"price-check", "LIS", "--data", dir.str(), "--home", "JFK",
+                                         "--today", "2026-11-20", "--price", "350", "--json"};
+    auto r = runCli(args);
+    ASSERT_EQ(r.status, kOk) << r.err;
+    EXPECT_TRUE(r.json()["check"].is_null());
+    EXPECT_EQ(r.json()["nightsSoFar"], 20);
+
+    dir.write("history/EWR.json", historyFile("EWR", "2026-11-19", "2026-10-31",
+                                              "400,null,null,null,null,null,null,null,null,null,null,"
+                                              "null,null,null,null,null,null,null,null,100"));
+    args[5] = "JFK,EWR";
+    r = runCli(args);
+    ASSERT_EQ(r.status, kOk) << r.err;
+    const auto check = r.json()["check"];
+    EXPECT_EQ(check["nights"], 21);
+    EXPECT_EQ(check["days"], 21);
+    // 100 on 2026-11-19 (EWR) beat JFK's 480 that night: a cheaper night
+    // yesterday, so no run, and 6 of 21 nights below 350.
+    EXPECT_FALSE(check.contains("lowestInDays"));
+    EXPECT_DOUBLE_EQ(check["cheaperShare"].get<double>(), 6.0 / 21);
+
+    // EWR's file, published 8 days before, is left out and said so.
+    args[7] = "2026-11-27";
+    r = runCli(args);
+    ASSERT_EQ(r.status, kOk) << r.err;
+    EXPECT_NE(r.err.find("skipping EWR: history published 2026-11-19"), std::string::npos) << r.err;
+    EXPECT_TRUE(r.json()["check"].is_null());
+}
+
+TEST(PriceCheckCommand, NothingToJudgeAndWrongArguments) {
+    TempDir dir;
+    auto r = runCli({"price-check", "LIS", "--data", dir.str(), "--home", "JFK", "--price", "100"});
+    EXPECT_EQ(r.status, kNoData);
+    EXPECT_NE(r.err.find("no history file could be read"), std::string::npos) << r.err;
+
+    // History but no fare file and no --price: nothing to judge.
+    dir.write("history/JFK.json", historyFile("JFK", "2026-11-20", "2026-11-01", prices(20, 300, 10)));
+    r = runCli({"price-check", "LIS", "--data", dir.str(), "--home", "JFK", "--today", "2026-11-20"});
+    EXPECT_EQ(r.status, kNoData);
+    EXPECT_NE(r.err.find("give the price with --price"), std::string::npos) << r.err;
+    EXPECT_TRUE(r.out.empty());
+
+    dir.write("history/EWR.json", "{\"origin\":");
+    r = runCli({"price-check", "LIS", "--data", dir.str(), "--home", "JFK,EWR", "--price", "99",
+                "--today", "2026-11-20"});
+    EXPECT_EQ(r.status, kOk);
+    EXPECT_NE(r.err.find("history/EWR.json: not valid JSON"), std::string::npos) << r.err;
+
+    for (const auto& args : std::vector<std::vector<std::string>>{
+             {"price-check", "LISB", "--data", dir.str(), "--home", "JFK", "--price", "1"},
+             {"price-check", "LIS", "--data", dir.str(), "--home", "JFK", "--price", "0"},
+             {"price-check", "LIS", "--data", dir.str(), "--home", "JFK", "--price", "cheap"},
+             {"price-check", "--data", dir.str(), "--home", "JFK"},
+             {"price-check", "LIS", "--data", dir.str(), "--home", "JFKK", "--price", "1"},
+         }) {
+        EXPECT_EQ(runCli(args).status, kUsage) << ::testing::PrintToString(args);
+    }
+    EXPECT_NE(runCli({"price-check", "--help"}).out.find("--price"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace roamwise::cli
