@@ -9,6 +9,7 @@ void addDealsCommand(CLI::App& root, Io& io);
 void addPlacesCommand(CLI::App& root, Io& io);
 void addPriceCheckCommand(CLI::App& root, Io& io);
 void addHistoryCommand(CLI::App& root, Io& io);
+void addAdvisoriesCommand(CLI::App& root, Io& io);
 
 // In the order `--help` lists them.
 inline const std::vector<CommandAdder>& allCommands() {
@@ -17,6 +18,7 @@ inline const std::vector<CommandAdder>& allCommands() {
         addPlacesCommand,
         addPriceCheckCommand,
         addHistoryCommand,
+        addAdvisoriesCommand,
     };
     return adders;
 }

@@ -110,6 +110,39 @@ std::string_view Advisories::levelText(int level) {
     }
 }
 
+const Advisory* Advisories::of(const Destination& d,
+                               const std::map<std::string, Advisory>& advisories) {
+    if (d.domestic || !d.advisory) return nullptr;
+    auto it = advisories.find(*d.advisory);
+    return it == advisories.end() ? nullptr : &it->second;
+}
+
+std::vector<const Destination*> Advisories::destinations(const Advisory& a,
+                                                         const std::vector<Destination>& catalog) {
+    std::vector<const Destination*> out;
+    for (const Destination& d : catalog) {
+        if (!d.domestic && d.advisory == a.code) out.push_back(&d);
+    }
+    return out;
+}
+
+bool Advisories::isShown(const Destination& d, const std::map<std::string, Advisory>& advisories,
+                         int maxLevel) {
+    if (d.domestic) return true;
+    const Advisory* a = of(d, advisories);
+    return a != nullptr && a->level >= 1 && a->level <= maxLevel;
+}
+
+std::vector<Destination> Advisories::safeAndFun(const std::vector<Destination>& catalog,
+                                                const std::map<std::string, Advisory>& advisories,
+                                                int maxLevel) {
+    std::vector<Destination> out;
+    for (const Destination& d : catalog) {
+        if (isShown(d, advisories, maxLevel)) out.push_back(d);
+    }
+    return out;
+}
+
 void decode(const json::Value& v, Advisories::Raw& out) {
     out.title = v.get<std::string>("Title");
     out.link = v.get<std::string>("Link");

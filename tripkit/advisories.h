@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tripkit/destinations.h"
 #include "tripkit/json.h"
 
 namespace tripkit {
@@ -42,6 +43,22 @@ struct Advisories {
 
     // "Exercise normal precautions" ... "Do not travel"; empty for any other level.
     static std::string_view levelText(int level);
+
+    // The advisory of a destination abroad; nothing for a domestic place or
+    // one whose advisory code the feed does not have.
+    static const Advisory* of(const Destination& d, const std::map<std::string, Advisory>& advisories);
+    // The catalog's places an advisory applies to, in catalog order.
+    static std::vector<const Destination*> destinations(const Advisory& a,
+                                                        const std::vector<Destination>& catalog);
+
+    // Safe & Fun: whether a place is shown when abroad only advisory levels up
+    // to `maxLevel` (1 or 2) are. Domestic places always are; a place abroad
+    // whose level is unknown is not, since nothing says it is safe.
+    static bool isShown(const Destination& d, const std::map<std::string, Advisory>& advisories,
+                        int maxLevel);
+    static std::vector<Destination> safeAndFun(const std::vector<Destination>& catalog,
+                                               const std::map<std::string, Advisory>& advisories,
+                                               int maxLevel);
 };
 
 void decode(const json::Value& v, Advisories::Raw& out);

@@ -109,5 +109,50 @@ TEST(Advisories, LevelTextsAndRoundTrip) {
     EXPECT_EQ(json::decodeDocument<Advisory>(text, "a"), a);
 }
 
+Destination place(const std::string& code, bool domestic, std::optional<std::string> advisory) {
+    Destination d;
+    d.code = code;
+    d.name = code + " city";
+    d.domestic = domestic;
+    d.advisory = std::move(advisory);
+    return d;
+}
+
+TEST(Advisories, SafeAndFunFilterAndTheJoin) {
+    const auto advisories = Advisories::parse(R"([
+      {"Title": "Mexico Travel Advisory - Level 2: Exercise Increased Caution", "Link": "m", "Category": ["MX"]},
+      {"Title": "Portugal - Level 1: Exercise Normal Precautions", "Link": "p", "Category": ["PO"]},
+      {"Title": "Qatar - Level 3: Reconsider Travel", "Link": "q", "Category": ["QA"]},
+      {"Title": "Oddland - Level 0: ?", "Link": "o", "Category": ["OD"]}
+    ])");
+    const std::vector<Destination> catalog = {
+        place("MIA", true, std::nullopt),   place("CUN", false, "MX"), place("LIS", false, "PO"),
+        place("DOH", false, "QA"),          place("XXX", false, "ZZ"),  // not in the feed
+        place("NAS", false, std::nullopt),  place("OPO", false, "PO"), place("ODD", false, "OD"),
+        place("SJU", true, "PO"),  // domestic: its code is never looked at
+    };
+    auto codes = [](const std::vector<Destination>& list) {
+        std::vector<std::string> out;
+        for (const auto& d : list) out.push_back(d.code);
+        return out;
+    };
+    EXPECT_EQ(codes(Advisories::safeAndFun(catalog, advisories, 1)),
+              (std::vector<std::string>{"MIA", "LIS", "OPO", "SJU"}));
+    EXPECT_EQ(codes(Advisories::safeAndFun(catalog, advisories, 2)),
+              (std::vector<std::string>{"MIA", "CUN", "LIS", "OPO", "SJU"}));
+    // With nothing known abroad only the domestic places stay.
+    EXPECT_EQ(codes(Advisories::safeAndFun(catalog, {}, 2)), (std::vector<std::string>{"MIA", "SJU"}));
+
+    EXPECT_EQ(Advisories::of(catalog[1], advisories)->level, 2);
+    EXPECT_EQ(Advisories::of(catalog[0], advisories), nullptr);
+    EXPECT_EQ(Advisories::of(catalog[4], advisories), nullptr);
+    EXPECT_EQ(Advisories::of(catalog[8], advisories), nullptr);
+
+    std::vector<std::string> portugal;
+    for (const Destination* d : Advisories::destinations(advisories.at("PO"), catalog)) portugal.push_back(d->code);
+    EXPECT_EQ(portugal, (std::vector<std::string>{"LIS", "OPO"}));
+    EXPECT_TRUE(Advisories::destinations(advisories.at("QA"), {}).empty());
+}
+
 }  // namespace
 }  // namespace tripkit

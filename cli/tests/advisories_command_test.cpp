@@ -1,0 +1,106 @@
+#include <gtest/gtest.h>
+
+#include "cli/cli.h"
+#include "cli/tests/cli_test_support.h"
+#include "tripkit/destinations.h"
+
+namespace roamwise::cli {
+namespace {
+
+using testing::runCli;
+using testing::TempDir;
+
+const std::string kRealFeed =
+    std::string(ROAMWISE_SHARED_DATA) + "/advisories/travel-advisories-api-sample.json";
+
+TEST(AdvisoriesCommand, JoinsTheRealFeedWithTheCatalog) {
+    auto r = runCli({"advisories", "--file", kRealFeed, "--json"});
+    ASSERT_EQ(r.status, kOk) << r.err;
+    const auto all = r.json();
+    ASSERT_EQ(all.size(), 3u);
+    // By code: IR, LI, QA.
+    EXPECT_EQ(all[0]["code"], "IR");
+    EXPECT_EQ(all[0]["level"], 4);
+    EXPECT_EQ(all[0]["levelText"], "Do not travel");
+    EXPECT_EQ(all[1]["country"], "Liberia");
+    EXPECT_EQ(all[1]["updated"], "2025-12-10");
+    EXPECT_EQ(all[2]["title"], "Qatar - Level 3: Reconsider Travel");
+    EXPECT_EQ(all[2]["levelText"], "Reconsider travel");
+    EXPECT_TRUE(all[2]["link"].get<std::string>().starts_with("https://travel.state.gov/"));
+    // Every place listed under an advisory names it in the catalog.
+    bool doha = false;
+    for (const auto& a : all) {
+        for (const auto& d : a["destinations"]) doha = doha || (d["id"] == "DOH" && a["code"] == "QA");
+    }
+    EXPECT_TRUE(doha) << all.dump();
+
+    auto table = runCli({"advisories", "--file", kRealFeed});
+    ASSERT_EQ(table.status, kOk);
+    EXPECT_NE(table.out.find("Exercise increased caution"), std::string::npos) << table.out;
+    EXPECT_NE(table.out.find("Doha"), std::string::npos) << table.out;
+}
+
+TEST(AdvisoriesCommand, SafeAndFunKeepsDomesticPlacesAndLowLevels) {
+    TempDir dir;
+    dir.write("feed.json", R"([
+      {"Title": "Mexico Travel Advisory - Level 2: Exercise Increased Caution", "Link": "m", "Category": ["MX"]},
+      {"Title": "Portugal - Level 1: Exercise Normal Precautions", "Link": "p", "Category": ["PO"]}
+    ])");
+    const std::string feed = dir.str() + "/feed.json";
+    auto levels = [&](const std::string& maxLevel) {
+        auto r = runCli({"advisories", "--file", feed, "--max-level", maxLevel, "--json"});
+        EXPECT_EQ(r.status, kOk) << r.err;
+        std::map<std::string, tripkit::json::Json> byId;
+        for (const auto& p : r.json()) byId[p["id"].get<std::string>()] = p;
+        return byId;
+    };
+    auto one = levels("1");
+    ASSERT_TRUE(one.contains("LIS"));
+    EXPECT_EQ(one["LIS"]["level"], 1);
+    EXPECT_EQ(one["LIS"]["advisory"], "PO");
+    EXPECT_EQ(one["LIS"]["domestic"], false);
+    EXPECT_FALSE(one.contains("CUN"));
+    ASSERT_TRUE(one.contains("MIA"));
+    EXPECT_TRUE(one["MIA"]["level"].is_null());
+    EXPECT_TRUE(one["MIA"]["advisory"].is_null());
+    EXPECT_FALSE(one.contains("NRT"));  // not in this feed: not known to be safe
+    for (const auto& [id, p] : one) {
+        EXPECT_TRUE(p["domestic"] == true || p["level"] == 1) << p.dump();
+    }
+    auto two = levels("2");
+    EXPECT_EQ(two["CUN"]["level"], 2);
+    std::size_t mexico = 0;
+    for (const auto& d : tripkit::Destinations::shipped().list) mexico += d.advisory == "MX" ? 1 : 0;
+    EXPECT_GT(mexico, 0u);
+    EXPECT_EQ(two.size(), one.size() + mexico);
+
+    auto table = runCli({"advisories", "--file", feed, "--max-level", "1"});
+    EXPECT_NE(table.out.find("Abroad, only places where the U.S. State Department says to exercise "
+                             "normal precautions (Level 1).\n"),
+              std::string::npos);
+    EXPECT_NE(table.out.find("Level 1: Exercise normal precautions"), std::string::npos);
+}
+
+TEST(AdvisoriesCommand, BadFeedsAndArguments) {
+    TempDir dir;
+    dir.write("object.json", R"({"Title": "Chad - Level 3"})");
+    auto r = runCli({"advisories", "--file", dir.str() + "/object.json"});
+    EXPECT_EQ(r.status, kNoData);
+    EXPECT_NE(r.err.find(dir.str() + "/object.json: expected an array"), std::string::npos) << r.err;
+    EXPECT_TRUE(r.out.empty());
+
+    dir.write("broken.json", R"([{"Title": "Chad - Level 3", "Link": )");
+    r = runCli({"advisories", "--file", dir.str() + "/broken.json", "--json"});
+    EXPECT_EQ(r.status, kNoData);
+    EXPECT_NE(r.err.find("broken.json: not valid JSON"), std::string::npos) << r.err;
+
+    r = runCli({"advisories", "--file", dir.str() + "/missing.json"});
+    EXPECT_EQ(r.status, kNoData);
+    EXPECT_NE(r.err.find("missing.json"), std::string::npos);
+
+    EXPECT_EQ(runCli({"advisories", "--file", kRealFeed, "--max-level", "3"}).status, kUsage);
+    EXPECT_EQ(runCli({"advisories"}).status, kUsage);
+}
+
+}  // namespace
+}  // namespace roamwise::cli
