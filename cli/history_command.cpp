@@ -22,7 +22,6 @@ void addHistoryCommand(CLI::App& root, Io& io) {
     command->callback([options, &io] {
         const std::string to = parseDestinationCode(options->destination);
         const Day today = resolveToday(options->data.today);
-        parseHomeCodes(options->data.homes);
         const std::optional<FareHistory> history = loadFareHistory(options->data, today, io.err);
         if (!history) {
             io.status = kNoData;

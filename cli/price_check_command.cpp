@@ -86,7 +86,6 @@ void addPriceCheckCommand(CLI::App& root, Io& io) {
     command->callback([options, &io] {
         const std::string to = parseDestinationCode(options->destination);
         const Day today = resolveToday(options->data.today);
-        parseHomeCodes(options->data.homes);  // wrong codes are a usage error before any reading
         const std::optional<FareHistory> history = loadFareHistory(options->data, today, io.err);
         if (!history) {
             io.status = kNoData;
