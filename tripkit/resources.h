@@ -13,6 +13,11 @@ namespace tripkit::resources {
 extern const std::string_view airports;      // resources/airports.json
 extern const std::string_view destinations;  // resources/destinations.json
 
+// The theme-park price guides and the Disney events calendar.
+extern const std::string_view disneyGuide;     // resources/disney-guide.json
+extern const std::string_view universalGuide;  // resources/universal-guide.json
+extern const std::string_view disneyEvents;    // resources/disney-events.json
+
 // Decodes a shipped file; one that does not decode is a broken build, so the
 // program ends with the decode error.
 template <class T>
