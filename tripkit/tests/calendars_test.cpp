@@ -1,0 +1,287 @@
+#include "tripkit/calendars.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <limits>
+#include <sstream>
+#include <unordered_set>
+
+namespace tripkit {
+namespace {
+
+const Day kToday = Day::fromCivil(2026, 11, 20);
+
+std::string readData(const std::string& name) {
+    std::ifstream in(std::string(TRIPKIT_TEST_DATA) + "/calendars/" + name, std::ios::binary);
+    EXPECT_TRUE(in) << name;
+    std::ostringstream bytes;
+    bytes << in.rdbuf();
+    return bytes.str();
+}
+
+RoundTrip trip(const std::string& to, int departIn, double price,
+               std::optional<int> seenDaysAgo = 0, const std::string& origin = "JFK") {
+    RoundTrip t;
+    t.origin = origin;
+    t.destination = to;
+    t.depart = kToday + departIn;
+    t.returnDay = kToday + departIn + 7;
+    t.price = price;
+    t.airline = "B6";
+    if (seenDaysAgo) t.seen = kToday - *seenDaysAgo;
+    return t;
+}
+
+CalendarBook book(const std::string& origin, std::vector<RoundTrip> trips) {
+    CalendarBook b;
+    b.origin = origin;
+    b.updated = kToday.text();
+    for (RoundTrip& t : trips) {
+        t.origin = origin;
+        b.routes[t.destination].push_back(std::move(t));
+    }
+    return b;
+}
+
+std::vector<int> departures(const std::vector<RoundTrip>& trips) {
+    std::vector<int> out;
+    for (const RoundTrip& t : trips) out.push_back(static_cast<int>(t.depart - kToday));
+    return out;
+}
+
+TEST(CalendarBook, DecodesCellsAndSkipsTheBadOnes) {
+    const auto b = json::decodeDocument<CalendarBook>(readData("JFK.json"), "calendars/JFK.json");
+    EXPECT_EQ(b.origin, "JFK");
+    EXPECT_EQ(b.updatedDay(), kToday);
+    ASSERT_EQ(b.routes.size(), 2u);
+    EXPECT_TRUE(b.routes.at("CUN").empty());
+
+    const auto& lis = b.routes.at("LIS");
+    std::vector<int> days;
+    for (const RoundTrip& t : lis) days.push_back(t.depart.dayOfMonth());
+    // Price 0, a negative price and an undated cell are dropped; file order is kept.
+    EXPECT_EQ(days, (std::vector<int>{1, 2, 3, 4, 5, 9}));
+
+    RoundTrip full;
+    full.origin = "JFK";
+    full.destination = "LIS";
+    full.depart = Day::fromCivil(2026, 12, 1);
+    full.returnDay = Day::fromCivil(2026, 12, 9);
+    full.price = 412;
+    full.airline = "TP";
+    full.stops = 0;
+    full.seen = Day::fromCivil(2026, 11, 19);
+    EXPECT_EQ(lis[0], full);
+    EXPECT_EQ(lis[0].nights(), 8);
+
+    // A null return is one way and keeps its own seen.
+    EXPECT_EQ(lis[1].returnDay, std::nullopt);
+    EXPECT_EQ(lis[1].nights(), std::nullopt);
+    EXPECT_EQ(lis[1].price, 399.5);
+    EXPECT_EQ(lis[1].stops, 1);
+    EXPECT_EQ(lis[1].seen, Day::fromCivil(2026, 11, 18));
+    // Three elements: one way, seen on the file's day.
+    EXPECT_EQ(lis[2].returnDay, std::nullopt);
+    EXPECT_EQ(lis[2].seen, kToday);
+    // Four elements: the return is kept, seen falls back to the file's day.
+    EXPECT_EQ(lis[3].returnDay, Day::fromCivil(2026, 12, 12));
+    EXPECT_EQ(lis[3].seen, kToday);
+    // Unreadable return and seen: one way, and the file's day.
+    EXPECT_EQ(lis[4].returnDay, std::nullopt);
+    EXPECT_EQ(lis[4].seen, kToday);
+    // A null seen reads like a missing one; 2.0 is a whole number of stops.
+    EXPECT_EQ(lis[5].seen, kToday);
+    EXPECT_EQ(lis[5].stops, 2);
+    EXPECT_EQ(lis[5].link, std::nullopt);
+
+    // An unreadable "updated" leaves trips without a seen day of their own unseen.
+    const auto undated = json::decodeDocument<CalendarBook>(
+        R"({"origin":"EWR","updated":"soon","routes":{"CUN":{"2026-12-01":[219,"UA",0]}}})", "c");
+    EXPECT_EQ(undated.routes.at("CUN").at(0).seen, std::nullopt);
+    EXPECT_EQ(undated.routes.at("CUN").at(0).origin, "EWR");
+}
+
+TEST(CalendarBook, MalformedFilesFailWhole) {
+    const std::string head = R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":{"2026-12-01":[412,"TP",0],)";
+    const std::vector<std::pair<std::string, std::string>> cases = {
+        {head + R"("2026-12-02":[412,"TP"]}}})",
+         "routes.LIS.2026-12-02: expected 3 to 5 elements [price, airline, stops, back, seen], found 2"},
+        {head + R"("2026-12-02":[412,"TP",0,null,"2026-11-20",1]}}})",
+         "routes.LIS.2026-12-02: expected 3 to 5 elements [price, airline, stops, back, seen], found 6"},
+        {head + R"("2026-12-02":["412","TP",0]}}})", "routes.LIS.2026-12-02[0]: expected a number"},
+        {head + R"("2026-12-02":[412,"TP",0.5]}}})", "routes.LIS.2026-12-02[2]: expected an integer"},
+        {head + R"("2026-12-02":[412,7,0]}}})", "routes.LIS.2026-12-02[1]: expected a string"},
+        {head + R"("2026-12-02":[412,"TP",0,20261209]}}})", "routes.LIS.2026-12-02[3]: expected a string"},
+        {head + R"("2026-12-02":{"price":412}}}})", "routes.LIS.2026-12-02: expected an array"},
+        // A bad cell type fails even where the day or price would drop the cell.
+        {head + R"("someday":[0,"TP","x"]}}})", "routes.LIS.someday[2]: expected an integer"},
+        {R"({"origin":"JFK","routes":{}})", "updated: required key is missing"},
+        {R"({"origin":"JFK","updated":"2026-11-20"})", "routes: required key is missing"},
+        {R"({"origin":"JFK","updated":"2026-11-20","routes":[]})", "routes: expected an object"},
+        {R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":[]}})", "routes.LIS: expected an object"},
+    };
+    for (const auto& [text, message] : cases) {
+        try {
+            json::decodeDocument<CalendarBook>(text, "calendars/JFK.json");
+            ADD_FAILURE() << "decoded: " << text;
+        } catch (const json::DecodeError& e) {
+            EXPECT_EQ(std::string(e.what()), "calendars/JFK.json: " + message);
+        }
+    }
+}
+
+TEST(CalendarBook, EncodesPositionallyAndRoundTrips) {
+    const auto b = json::decodeDocument<CalendarBook>(readData("JFK.json"), "calendars/JFK.json");
+    const json::Json j = encode(b);
+    EXPECT_EQ(j["routes"]["LIS"]["2026-12-01"].dump(), R"([412,"TP",0,"2026-12-09","2026-11-19"])");
+    EXPECT_EQ(j["routes"]["LIS"]["2026-12-02"].dump(), R"([399.5,"UA",1,null,"2026-11-18"])");
+    EXPECT_EQ(j["routes"]["CUN"].dump(), "{}");
+    EXPECT_EQ(json::decodeDocument<CalendarBook>(j.dump(), "again"), b);
+
+    // Built from values: no seen leaves the array after a null back.
+    CalendarBook made{"EWR", "later", {{"CUN", {trip("CUN", 3, 219, std::nullopt, "EWR")}}}};
+    made.routes["CUN"][0].returnDay.reset();
+    const json::Json encoded = encode(made);
+    EXPECT_EQ(encoded["routes"]["CUN"][(kToday + 3).text()].dump(), R"([219,"B6",0,null])");
+    EXPECT_EQ(json::decodeDocument<CalendarBook>(encoded.dump(), "again"), made);
+
+    const CalendarBook::Entry e{99.5, "NK", 1, "2026-12-09", std::nullopt};
+    EXPECT_EQ(encode(e).dump(), R"([99.5,"NK",1,"2026-12-09"])");
+    EXPECT_EQ(json::decodeDocument<CalendarBook::Entry>(encode(e).dump(), "e"), e);
+}
+
+TEST(RoundTrip, StaleAfterThreeDaysAndKeyedJson) {
+    auto t = trip("LIS", 10, 412, 3);
+    EXPECT_FALSE(t.isStale(kToday));
+    EXPECT_TRUE(t.isStale(kToday + 1));
+    t.seen.reset();
+    EXPECT_FALSE(t.isStale(kToday + 100));
+
+    t = trip("LIS", 10, 412, 0);
+    t.link = "https://example.com/book";
+    const json::Json j = encode(t);
+    EXPECT_EQ(j.dump(), R"({"origin":"JFK","destination":"LIS","depart":"2026-11-30",)"
+                        R"("returnDay":"2026-12-07","price":412,"airline":"B6","stops":0,)"
+                        R"("seen":"2026-11-20","link":"https://example.com/book"})");
+    EXPECT_EQ(json::decodeDocument<RoundTrip>(j.dump(), "t"), t);
+    t.returnDay.reset();
+    t.seen.reset();
+    t.link.reset();
+    EXPECT_EQ(encode(t).dump().find("returnDay"), std::string::npos);
+    EXPECT_EQ(json::decodeDocument<RoundTrip>(encode(t).dump(), "t"), t);
+
+    // Hashing goes over every field.
+    std::unordered_set<RoundTrip> set{trip("LIS", 1, 100), trip("LIS", 1, 100), trip("LIS", 1, 100, 1)};
+    EXPECT_EQ(set.size(), 2u);
+}
+
+TEST(FareCalendar, MergeKeepsTheCheapestAndTiesGoToTheFirstBook) {
+    auto jfk = book("JFK", {trip("LIS", 10, 400), trip("LIS", 11, 300), trip("CUN", 10, 250)});
+    auto ewr = book("EWR", {trip("LIS", 10, 400), trip("LIS", 11, 299.99), trip("CUN", 10, 251),
+                            trip("SJU", 12, std::numeric_limits<double>::infinity())});
+    const FareCalendar c({jfk, ewr});
+    const auto& lis = c.byDestination.at("LIS");
+    EXPECT_EQ(lis.at(kToday + 10).origin, "JFK");  // equal price: the first book stays
+    EXPECT_EQ(lis.at(kToday + 11).origin, "EWR");  // strictly lower replaces
+    EXPECT_EQ(c.byDestination.at("CUN").at(kToday + 10).origin, "JFK");
+    EXPECT_FALSE(c.byDestination.contains("SJU"));  // an infinite price is no fare
+
+    // Order of the books decides ties only.
+    const FareCalendar reversed({ewr, jfk});
+    EXPECT_EQ(reversed.byDestination.at("LIS").at(kToday + 10).origin, "EWR");
+    EXPECT_EQ(reversed.byDestination.at("LIS").at(kToday + 11).origin, "EWR");
+
+    // Only empty books: every query is empty.
+    CalendarBook empty = book("JFK", {});
+    empty.routes["LIS"];
+    const FareCalendar none({empty, book("EWR", {})});
+    EXPECT_TRUE(none.isEmpty());
+    EXPECT_TRUE(none.allTrips(kToday).empty());
+    EXPECT_TRUE(none.trips("LIS", kToday).empty());
+    EXPECT_TRUE(none.months("LIS", kToday).empty());
+    EXPECT_FALSE(none.cheapest("LIS", std::nullopt, kToday, false));
+}
+
+TEST(FareCalendar, UsableTripsLeaveWithinTheHorizonAndWereSeenThisWeek) {
+    const FareCalendar c({book("JFK", {trip("LIS", 331, 1), trip("LIS", -1, 2), trip("LIS", 0, 3),
+                                       trip("LIS", 330, 4), trip("LIS", 5, 5, 8), trip("LIS", 6, 6, 7),
+                                       trip("LIS", 7, 7, std::nullopt), trip("CUN", 5, 8),
+                                       trip("BCN", 0, 9)})});
+    EXPECT_EQ(departures(c.trips("LIS", kToday)), (std::vector<int>{0, 6, 7, 330}));
+    EXPECT_TRUE(c.trips("lis", kToday).empty());  // codes are exact keys
+    EXPECT_TRUE(c.trips("NRT", kToday).empty());
+
+    // All destinations, by departure day; on one day by destination code.
+    std::vector<std::string> all;
+    for (const RoundTrip& t : c.allTrips(kToday)) {
+        all.push_back(t.destination + std::to_string(t.depart - kToday));
+    }
+    EXPECT_EQ(all, (std::vector<std::string>{"BCN0", "LIS0", "CUN5", "LIS6", "LIS7", "LIS330"}));
+
+    // A day later the edges move with it.
+    EXPECT_EQ(departures(c.trips("LIS", kToday + 1)), (std::vector<int>{7, 330, 331}));
+}
+
+TEST(FareCalendar, CheapestOfEachMonth) {
+    // kToday is 2026-11-20: days 11 and 41 are December 1 and 31, 42 is January 1.
+    const FareCalendar c({book("JFK", {trip("LIS", 0, 500), trip("LIS", 5, 450), trip("LIS", 11, 300),
+                                       trip("LIS", 41, 300), trip("LIS", 50, 200), trip("LIS", 42, 250),
+                                       trip("LIS", 60, 100, 9)})});
+    const auto months = c.months("LIS", kToday);
+    ASSERT_EQ(months.size(), 3u);
+    EXPECT_EQ(months[0].first, (YearMonth{2026, 11}));
+    EXPECT_EQ(months[0].second.price, 450);
+    EXPECT_EQ(months[1].first, (YearMonth{2026, 12}));
+    EXPECT_EQ(months[1].second.depart, kToday + 11);  // a tie keeps the earlier day
+    EXPECT_EQ(months[2].first, (YearMonth{2027, 1}));
+    EXPECT_EQ(months[2].second.price, 200);  // the later, too-old 100 is not usable
+}
+
+TEST(FareCalendar, BestPrefersFreshTrips) {
+    const auto fresh3 = trip("LIS", 10, 400, 3);
+    const auto stale4 = trip("LIS", 11, 200, 4);
+    const auto stale5 = trip("LIS", 12, 150, 5);
+    const auto unseen = trip("LIS", 13, 390, std::nullopt);
+
+    // A cheaper stale trip loses to a fresh one; one without seen is fresh.
+    EXPECT_EQ(FareCalendar::best({stale4, fresh3, stale5}, kToday, false), fresh3);
+    EXPECT_EQ(FareCalendar::best({stale4, fresh3, unseen}, kToday, true), unseen);
+    // Only stale trips: nothing when fresh ones are required, else the cheapest.
+    EXPECT_EQ(FareCalendar::best({stale4, stale5}, kToday, true), std::nullopt);
+    EXPECT_EQ(FareCalendar::best({stale4, stale5}, kToday, false), stale5);
+    EXPECT_EQ(FareCalendar::best({}, kToday, false), std::nullopt);
+
+    // Equal prices: the earlier departure, then the first in the list.
+    auto later = trip("LIS", 20, 300);
+    auto earlier = trip("LIS", 15, 300);
+    EXPECT_EQ(FareCalendar::best({later, earlier}, kToday, true), earlier);
+    auto sameDay = trip("LIS", 15, 300, 0, "EWR");
+    EXPECT_EQ(FareCalendar::best({sameDay, earlier}, kToday, true)->origin, "EWR");
+    EXPECT_EQ(FareCalendar::best({earlier, sameDay}, kToday, true)->origin, "JFK");
+}
+
+TEST(FareCalendar, CheapestWithinARangeKeepsTheWholeStayInside) {
+    auto oneWay = trip("LIS", 20, 100);
+    oneWay.returnDay.reset();
+    const FareCalendar c({book("JFK", {trip("LIS", 10, 150), trip("LIS", 14, 200), oneWay,
+                                       trip("LIS", 30, 90, 5), trip("LIS", -2, 10)})});
+    // Out of range: nothing given, so the cheapest fresh one of all.
+    EXPECT_EQ(c.cheapest("LIS", std::nullopt, kToday, false)->price, 100);
+    // The 10th returns on the 17th: inside 10..17, outside 10..16.
+    const DayRange to17(kToday + 10, kToday + 17);
+    EXPECT_EQ(c.cheapest("LIS", to17, kToday, false)->price, 150);
+    const DayRange to16(kToday + 10, kToday + 16);
+    EXPECT_EQ(c.cheapest("LIS", to16, kToday, false), std::nullopt);
+    // A one-way trip only has to leave inside.
+    EXPECT_EQ(c.cheapest("LIS", DayRange(kToday + 20, kToday + 20), kToday, false)->price, 100);
+    // Only a stale trip in range: kept unless fresh ones are required.
+    const DayRange late(kToday + 25, kToday + 40);
+    EXPECT_EQ(c.cheapest("LIS", late, kToday, false)->price, 90);
+    EXPECT_EQ(c.cheapest("LIS", late, kToday, true), std::nullopt);
+    // A trip that left before today is never offered, even inside the range.
+    EXPECT_EQ(c.cheapest("LIS", DayRange(kToday - 5, kToday + 5), kToday, false), std::nullopt);
+}
+
+}  // namespace
+}  // namespace tripkit
