@@ -1,0 +1,204 @@
+#include "tripkit/getaways.h"
+
+#include <algorithm>
+#include <array>
+#include <map>
+
+namespace tripkit {
+
+namespace {
+
+constexpr std::array<std::pair<TripLength, std::string_view>, 4> kLengths = {{
+    {TripLength::any, "any"},
+    {TripLength::short_, "short"},
+    {TripLength::week, "week"},
+    {TripLength::long_, "long"},
+}};
+
+constexpr std::array<std::pair<TripTiming::Kind, std::string_view>, 4> kTimings = {{
+    {TripTiming::Kind::anytime, "anytime"},
+    {TripTiming::Kind::weekends, "weekends"},
+    {TripTiming::Kind::holiday, "holiday"},
+    {TripTiming::Kind::anyHoliday, "anyHoliday"},
+}};
+
+// Weekday numbers, 1 = Sunday.
+constexpr int kSunday = 1;
+constexpr int kTuesday = 3;
+constexpr int kThursday = 5;
+constexpr int kSaturday = 7;
+
+}  // namespace
+
+std::string_view caseName(TripLength length) {
+    for (const auto& [l, name] : kLengths) {
+        if (l == length) return name;
+    }
+    return "any";
+}
+
+std::optional<TripLength> tripLengthFromCaseName(std::string_view name) {
+    for (const auto& [l, n] : kLengths) {
+        if (n == name) return l;
+    }
+    return std::nullopt;
+}
+
+std::optional<std::pair<int, int>> nightsRange(TripLength length) {
+    switch (length) {
+        case TripLength::any: return std::nullopt;
+        case TripLength::short_: return std::pair{2, 4};
+        case TripLength::week: return std::pair{5, 9};
+        case TripLength::long_: return std::pair{10, 60};
+    }
+    return std::nullopt;
+}
+
+std::string_view caseName(TripTiming::Kind kind) {
+    for (const auto& [k, name] : kTimings) {
+        if (k == kind) return name;
+    }
+    return "anytime";
+}
+
+bool Getaways::fitsLength(const RoundTrip& trip, TripLength length) {
+    const auto range = nightsRange(length);
+    if (!range) return true;
+    const auto nights = trip.nights();
+    return nights && *nights >= range->first && *nights <= range->second;
+}
+
+bool Getaways::fitsWeekend(const RoundTrip& trip) {
+    const auto nights = trip.nights();
+    if (!nights || *nights < 1 || *nights > 4) return false;
+    const int leave = trip.depart.weekday();
+    const int back = trip.returnDay->weekday();
+    // Thursday to Saturday out, Sunday to Tuesday back.
+    return leave >= kThursday && leave <= kSaturday && back >= kSunday && back <= kTuesday;
+}
+
+std::optional<HolidayWindow> Getaways::holidayWindowFor(const RoundTrip& trip,
+                                                        const std::vector<HolidayWindow>& windows) {
+    if (!trip.returnDay) return std::nullopt;
+    for (const HolidayWindow& w : windows) {
+        const bool leaves = w.days.first - slackDays <= trip.depart && trip.depart <= w.days.first;
+        const bool returns =
+            w.days.last <= *trip.returnDay && *trip.returnDay <= w.days.last + slackDays;
+        if (leaves && returns) return w;
+    }
+    return std::nullopt;
+}
+
+std::vector<Getaway> Getaways::find(const FareCalendar& calendar, const TripTiming& timing,
+                                    TripLength length,
+                                    const std::optional<std::set<std::string>>& to,
+                                    std::optional<double> maxPrice, Day today) {
+    std::vector<HolidayWindow> windows;
+    if (timing.isHoliday()) {
+        windows = Holidays::windows(today, today + holidaySearchDays);
+        if (timing.kind == TripTiming::Kind::holiday) {
+            std::erase_if(windows, [&](const HolidayWindow& w) {
+                return !timing.holiday || w.holiday != *timing.holiday;
+            });
+        }
+    }
+
+    std::map<std::string, Getaway> kept;
+    for (const RoundTrip& trip : calendar.allTrips(today)) {
+        if (to && !to->contains(trip.destination)) continue;
+        if (maxPrice && trip.price > *maxPrice) continue;
+        if (!fitsLength(trip, length)) continue;
+        std::optional<HolidayWindow> window;
+        switch (timing.kind) {
+            case TripTiming::Kind::anytime: break;
+            case TripTiming::Kind::weekends:
+                if (!fitsWeekend(trip)) continue;
+                break;
+            case TripTiming::Kind::holiday:
+            case TripTiming::Kind::anyHoliday:
+                window = holidayWindowFor(trip, windows);
+                if (!window) continue;
+                break;
+        }
+        // Trips come by departure day, so on equal prices the earlier stays.
+        auto held = kept.find(trip.destination);
+        if (held != kept.end() && held->second.trip.price <= trip.price) continue;
+        kept.insert_or_assign(trip.destination, Getaway{trip, timing, window});
+    }
+
+    std::vector<Getaway> out;
+    out.reserve(kept.size());
+    for (auto& entry : kept) out.push_back(std::move(entry.second));
+    // The map was in destination order; a stable sort keeps it for equal prices.
+    std::stable_sort(out.begin(), out.end(), [](const Getaway& a, const Getaway& b) {
+        return a.trip.price < b.trip.price;
+    });
+    return out;
+}
+
+void decode(const json::Value& v, TripLength& out) {
+    const std::string_view name = v.stringView();
+    const auto length = tripLengthFromCaseName(name);
+    if (!length) v.fail("not a trip length: " + std::string(name));
+    out = *length;
+}
+
+void decode(const json::Value& v, TripTiming& out) {
+    const auto [name, fields] = v.caseKeyed();
+    if (name == "anytime") {
+        out = TripTiming::anytime();
+    } else if (name == "weekends") {
+        out = TripTiming::weekends();
+    } else if (name == "holiday") {
+        out = TripTiming::forHoliday(fields.get<FederalHoliday>("_0"));
+    } else if (name == "anyHoliday") {
+        out = TripTiming::anyHoliday();
+    } else {
+        v.fail("not a trip timing: " + name);
+    }
+}
+
+void decode(const json::Value& v, Getaway& out) {
+    out.trip = v.get<RoundTrip>("trip");
+    out.timing = v.get<TripTiming>("timing");
+    out.window = v.getOptional<HolidayWindow>("window");
+}
+
+json::Json encode(TripLength length) { return std::string(caseName(length)); }
+
+json::Json encode(const TripTiming& timing) {
+    json::Json fields = json::Json::object();
+    if (timing.kind == TripTiming::Kind::holiday && timing.holiday) {
+        fields["_0"] = encode(*timing.holiday);
+    }
+    json::Json out = json::Json::object();
+    out[std::string(caseName(timing.kind))] = std::move(fields);
+    return out;
+}
+
+json::Json encode(const Getaway& g) {
+    json::Json out = json::Json::object();
+    out["trip"] = encode(g.trip);
+    out["timing"] = encode(g.timing);
+    json::putOptional(out, "window", g.window);
+    return out;
+}
+
+}  // namespace tripkit
+
+std::size_t std::hash<tripkit::Getaway>::operator()(const tripkit::Getaway& g) const noexcept {
+    std::size_t seed = std::hash<tripkit::RoundTrip>{}(g.trip);
+    auto combine = [&seed](std::size_t value) {
+        seed ^= value + 0x9e3779b97f4a7c15ULL + (seed << 6) + (seed >> 2);
+    };
+    combine(static_cast<std::size_t>(g.timing.kind));
+    combine(std::hash<std::optional<tripkit::FederalHoliday>>{}(g.timing.holiday));
+    if (g.window) {
+        combine(static_cast<std::size_t>(g.window->holiday));
+        combine(std::hash<tripkit::Day>{}(g.window->date));
+        combine(std::hash<tripkit::Day>{}(g.window->observed));
+        combine(std::hash<tripkit::Day>{}(g.window->days.first));
+        combine(std::hash<tripkit::Day>{}(g.window->days.last));
+    }
+    return seed;
+}
