@@ -1,0 +1,219 @@
+#include "tripkit/getaways.h"
+
+#include <gtest/gtest.h>
+
+#include <unordered_set>
+
+namespace tripkit {
+namespace {
+
+const Day kToday = Day::fromCivil(2026, 11, 20);  // a Friday
+
+Day d(int y, int m, int day) { return Day::fromCivil(y, m, day); }
+
+RoundTrip trip(const std::string& to, Day depart, std::optional<Day> back, double price,
+               const std::string& origin = "JFK") {
+    RoundTrip t;
+    t.origin = origin;
+    t.destination = to;
+    t.depart = depart;
+    t.returnDay = back;
+    t.price = price;
+    t.airline = "B6";
+    t.seen = kToday;
+    return t;
+}
+
+FareCalendar calendar(std::vector<RoundTrip> trips) {
+    CalendarBook b;
+    b.origin = "JFK";
+    b.updated = kToday.text();
+    for (RoundTrip& t : trips) b.routes[t.destination].push_back(std::move(t));
+    return FareCalendar({b});
+}
+
+std::vector<std::string> summary(const std::vector<Getaway>& found) {
+    std::vector<std::string> out;
+    for (const Getaway& g : found) {
+        out.push_back(g.trip.destination + " " + g.trip.depart.text() + " " +
+                      std::to_string(static_cast<int>(g.trip.price)));
+    }
+    return out;
+}
+
+TEST(Getaways, LengthsAtTheirEdges) {
+    const Day out = kToday + 10;
+    auto nights = [&](int n) { return trip("LIS", out, out + n, 100); };
+    const RoundTrip oneWay = trip("LIS", out, std::nullopt, 100);
+    struct Case {
+        TripLength length;
+        std::vector<int> fit;
+        std::vector<int> misfit;
+    };
+    for (const Case& c : std::vector<Case>{{TripLength::short_, {2, 3, 4}, {1, 5}},
+                                           {TripLength::week, {5, 9}, {4, 10}},
+                                           {TripLength::long_, {10, 60}, {9, 61}},
+                                           {TripLength::any, {0, 1, 61}, {}}}) {
+        for (int n : c.fit) EXPECT_TRUE(Getaways::fitsLength(nights(n), c.length)) << n;
+        for (int n : c.misfit) EXPECT_FALSE(Getaways::fitsLength(nights(n), c.length)) << n;
+        EXPECT_EQ(Getaways::fitsLength(oneWay, c.length), c.length == TripLength::any);
+    }
+
+    for (TripLength l : {TripLength::any, TripLength::short_, TripLength::week, TripLength::long_}) {
+        EXPECT_EQ(tripLengthFromCaseName(caseName(l)), l);
+    }
+    EXPECT_EQ(caseName(TripLength::short_), "short");
+    EXPECT_EQ(tripLengthFromCaseName("short_"), std::nullopt);
+}
+
+TEST(Getaways, WeekendsLeaveThursdayToSaturdayAndReturnSundayToTuesday) {
+    const Day friday = kToday + 7;
+    ASSERT_EQ(friday.weekday(), 6);
+    auto fits = [](Day out, Day back) {
+        return Getaways::fitsWeekend(trip("LIS", out, back, 100));
+    };
+    EXPECT_TRUE(fits(friday, friday + 2));       // Friday to Sunday
+    EXPECT_FALSE(fits(friday - 1, friday + 4));  // Thursday to Tuesday: 5 nights
+    EXPECT_FALSE(fits(friday - 2, friday + 2));  // Wednesday to Sunday
+    EXPECT_FALSE(fits(friday, friday + 5));      // Friday to Wednesday
+    EXPECT_TRUE(fits(friday - 1, friday + 3));   // Thursday to Monday, 4 nights
+    EXPECT_TRUE(fits(friday + 1, friday + 4));   // Saturday to Tuesday
+    EXPECT_TRUE(fits(friday + 1, friday + 2));   // Saturday to Sunday, 1 night
+    EXPECT_FALSE(fits(friday, friday + 1));      // back on Saturday
+    EXPECT_FALSE(fits(friday + 2, friday + 3));  // out on Sunday
+    EXPECT_FALSE(fits(friday, friday));          // no night
+    EXPECT_FALSE(fits(friday, friday + 9));      // Friday to the Sunday after next
+    EXPECT_FALSE(Getaways::fitsWeekend(trip("LIS", friday, std::nullopt, 100)));
+}
+
+TEST(Getaways, HolidayTripsMayLeaveTwoDaysEarlyAndReturnTwoDaysLate) {
+    // Labor Day 2027 is Monday September 6: days off Saturday 4 to Monday 6.
+    const auto windows = Holidays::windows(kToday, kToday + 400);
+    auto fit = [&](Day out, std::optional<Day> back) {
+        return Getaways::holidayWindowFor(trip("LIS", out, back, 100), windows);
+    };
+    const auto thursdayToWednesday = fit(d(2027, 9, 2), d(2027, 9, 8));
+    ASSERT_TRUE(thursdayToWednesday);
+    EXPECT_EQ(thursdayToWednesday->holiday, FederalHoliday::laborDay);
+    EXPECT_EQ(thursdayToWednesday->days, DayRange(d(2027, 9, 4), d(2027, 9, 6)));
+    EXPECT_TRUE(fit(d(2027, 9, 4), d(2027, 9, 6)));     // exactly the days off
+    EXPECT_FALSE(fit(d(2027, 9, 1), d(2027, 9, 6)));    // Wednesday before: too early
+    EXPECT_FALSE(fit(d(2027, 9, 4), d(2027, 9, 5)));    // back Sunday, before the Monday
+    EXPECT_FALSE(fit(d(2027, 9, 5), d(2027, 9, 7)));    // leaves after the days off begin
+    EXPECT_FALSE(fit(d(2027, 9, 4), d(2027, 9, 9)));    // three days late
+    EXPECT_FALSE(fit(d(2027, 9, 4), std::nullopt));     // one way
+
+    // Thanksgiving 2026: Thursday 26 to Sunday 29.
+    const auto thanksgiving = fit(d(2026, 11, 24), d(2026, 12, 1));
+    ASSERT_TRUE(thanksgiving);
+    EXPECT_EQ(thanksgiving->holiday, FederalHoliday::thanksgiving);
+    EXPECT_FALSE(fit(d(2026, 11, 24), d(2026, 11, 28)));
+}
+
+TEST(Getaways, FindKeepsTheCheapestFittingTripPerDestination) {
+    const FareCalendar c = calendar({
+        trip("LIS", kToday + 14, kToday + 16, 450),   // Fri-Sun weekend
+        trip("LIS", kToday + 21, kToday + 23, 420),   // Fri-Sun weekend, cheaper
+        trip("LIS", kToday + 30, kToday + 37, 300),   // a week, Sunday out
+        trip("CUN", kToday + 14, kToday + 16, 250),   // weekend
+        trip("CUN", kToday + 28, kToday + 30, 250),   // same price, later: loses
+        trip("SJU", kToday + 7, std::nullopt, 99),    // one way
+        trip("BCN", kToday + 14, kToday + 16, 250),   // ties CUN on price
+        trip("MIA", kToday - 1, kToday + 1, 50),      // left yesterday: not usable
+    });
+
+    auto found = Getaways::find(c, TripTiming::anytime(), TripLength::any, std::nullopt,
+                                std::nullopt, kToday);
+    EXPECT_EQ(summary(found), (std::vector<std::string>{"SJU 2026-11-27 99", "BCN 2026-12-04 250",
+                                                        "CUN 2026-12-04 250", "LIS 2026-12-20 300"}));
+    EXPECT_EQ(found[0].timing, TripTiming::anytime());
+    EXPECT_FALSE(found[0].window);
+
+    found = Getaways::find(c, TripTiming::weekends(), TripLength::any, std::nullopt, std::nullopt,
+                           kToday);
+    EXPECT_EQ(summary(found), (std::vector<std::string>{"BCN 2026-12-04 250", "CUN 2026-12-04 250",
+                                                        "LIS 2026-12-11 420"}));
+
+    // Length before timing: a short search drops the week and the one way.
+    found = Getaways::find(c, TripTiming::anytime(), TripLength::short_, std::nullopt,
+                           std::nullopt, kToday);
+    EXPECT_EQ(summary(found).back(), "LIS 2026-12-11 420");
+    EXPECT_EQ(found.size(), 3u);
+
+    // Destinations and price ceiling: a price equal to the ceiling stays.
+    found = Getaways::find(c, TripTiming::anytime(), TripLength::any,
+                           std::set<std::string>{"LIS", "CUN"}, 250, kToday);
+    EXPECT_EQ(summary(found), (std::vector<std::string>{"CUN 2026-12-04 250"}));
+    found = Getaways::find(c, TripTiming::anytime(), TripLength::any, std::set<std::string>{},
+                           std::nullopt, kToday);
+    EXPECT_TRUE(found.empty());  // an empty set admits nothing
+    found = Getaways::find(c, TripTiming::anytime(), TripLength::any, std::nullopt, 98.99, kToday);
+    EXPECT_TRUE(found.empty());
+}
+
+TEST(Getaways, FindForHolidaysCarriesTheWindow) {
+    const FareCalendar c = calendar({
+        trip("LIS", d(2026, 11, 25), d(2026, 11, 29), 500),  // Thanksgiving
+        trip("LIS", d(2026, 12, 24), d(2026, 12, 27), 480),  // Christmas, Friday 25 to 27
+        trip("LIS", d(2027, 1, 16), d(2027, 1, 18), 300),    // Martin Luther King Jr. Day
+        trip("CUN", d(2026, 12, 23), d(2026, 12, 28), 350),  // Christmas
+        trip("CUN", d(2026, 12, 10), d(2026, 12, 14), 100),  // no holiday
+        trip("SJU", d(2027, 9, 2), d(2027, 9, 8), 200),      // Labor Day 2027
+        trip("SJU", d(2027, 9, 3), std::nullopt, 90),        // one way: never a holiday trip
+    });
+    auto found = Getaways::find(c, TripTiming::anyHoliday(), TripLength::any, std::nullopt,
+                                std::nullopt, kToday);
+    ASSERT_EQ(summary(found), (std::vector<std::string>{"SJU 2027-09-02 200", "LIS 2027-01-16 300",
+                                                        "CUN 2026-12-23 350"}));
+    EXPECT_EQ(found[0].window->holiday, FederalHoliday::laborDay);
+    EXPECT_EQ(found[1].window->holiday, FederalHoliday::martinLutherKingDay);
+    EXPECT_EQ(found[1].window->days, DayRange(d(2027, 1, 16), d(2027, 1, 18)));
+    EXPECT_EQ(found[2].window->holiday, FederalHoliday::christmas);
+    EXPECT_EQ(found[2].timing, TripTiming::anyHoliday());
+
+    const auto christmas = TripTiming::forHoliday(FederalHoliday::christmas);
+    found = Getaways::find(c, christmas, TripLength::any, std::nullopt, std::nullopt, kToday);
+    ASSERT_EQ(summary(found), (std::vector<std::string>{"CUN 2026-12-23 350", "LIS 2026-12-24 480"}));
+    EXPECT_EQ(found[1].timing, christmas);
+    EXPECT_EQ(found[1].window->date, d(2026, 12, 25));
+
+    found = Getaways::find(c, TripTiming::forHoliday(FederalHoliday::thanksgiving),
+                           TripLength::short_, std::nullopt, std::nullopt, kToday);
+    ASSERT_EQ(summary(found), (std::vector<std::string>{"LIS 2026-11-25 500"}));
+    // Thanksgiving's trip is four nights: not a week.
+    EXPECT_TRUE(Getaways::find(c, TripTiming::forHoliday(FederalHoliday::thanksgiving),
+                               TripLength::week, std::nullopt, std::nullopt, kToday)
+                    .empty());
+}
+
+TEST(Getaways, JsonFormsRoundTrip) {
+    Getaway g{trip("LIS", d(2026, 12, 24), d(2026, 12, 27), 480),
+              TripTiming::forHoliday(FederalHoliday::christmas),
+              Holidays::windows(2026).back()};
+    const json::Json j = encode(g);
+    EXPECT_EQ(j["timing"].dump(), R"({"holiday":{"_0":"christmas"}})");
+    EXPECT_EQ(j["window"]["days"].dump(), R"({"first":"2026-12-25","last":"2026-12-27"})");
+    EXPECT_EQ(json::decodeDocument<Getaway>(j.dump(), "g"), g);
+
+    Getaway plain{g.trip, TripTiming::weekends(), std::nullopt};
+    EXPECT_EQ(encode(plain)["timing"].dump(), R"({"weekends":{}})");
+    EXPECT_FALSE(encode(plain).contains("window"));
+    EXPECT_EQ(json::decodeDocument<Getaway>(encode(plain).dump(), "g"), plain);
+    std::unordered_set<Getaway> set{g, plain, g};
+    EXPECT_EQ(set.size(), 2u);
+
+    try {
+        json::decodeDocument<TripTiming>(R"({"anytime":{},"weekends":{}})", "t");
+        ADD_FAILURE();
+    } catch (const json::DecodeError& e) {
+        EXPECT_STREQ(e.what(), "t: Invalid number of keys found, expected one.");
+    }
+    EXPECT_THROW(json::decodeDocument<TripTiming>(R"({"someday":{}})", "t"), json::DecodeError);
+    EXPECT_THROW(json::decodeDocument<TripTiming>(R"({"holiday":{"_0":"easter"}})", "t"),
+                 json::DecodeError);
+    EXPECT_EQ(json::decodeDocument<TripLength>(R"("long")", "l"), TripLength::long_);
+    EXPECT_THROW(json::decodeDocument<TripLength>(R"("longer")", "l"), json::DecodeError);
+}
+
+}  // namespace
+}  // namespace tripkit
