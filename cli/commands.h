@@ -10,6 +10,9 @@ void addPlacesCommand(CLI::App& root, Io& io);
 void addPriceCheckCommand(CLI::App& root, Io& io);
 void addHistoryCommand(CLI::App& root, Io& io);
 void addAdvisoriesCommand(CLI::App& root, Io& io);
+void addCalendarCommand(CLI::App& root, Io& io);
+void addGetawaysCommand(CLI::App& root, Io& io);
+void addHolidaysCommand(CLI::App& root, Io& io);
 
 // In the order `--help` lists them.
 inline const std::vector<CommandAdder>& allCommands() {
@@ -19,6 +22,9 @@ inline const std::vector<CommandAdder>& allCommands() {
         addPriceCheckCommand,
         addHistoryCommand,
         addAdvisoriesCommand,
+        addCalendarCommand,
+        addGetawaysCommand,
+        addHolidaysCommand,
     };
     return adders;
 }

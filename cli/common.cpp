@@ -1,5 +1,6 @@
 #include "cli/common.h"
 
+#include <array>
 #include <cerrno>
 #include <cmath>
 #include <cstdlib>
@@ -103,6 +104,25 @@ std::optional<tripkit::FareHistory> loadFareHistory(const DataOptions& data, tri
     return tripkit::FareHistory(books, today);
 }
 
+std::optional<tripkit::FareCalendar> loadFareCalendar(const DataOptions& data, std::ostream& err) {
+    auto files = loadHomeFiles<tripkit::CalendarBook>(data.dataDir, "calendars",
+                                                      parseHomeCodes(data.homes), err);
+    if (files.empty()) {
+        err << "roamwise-cli: no calendar file could be read\n";
+        return std::nullopt;
+    }
+    std::vector<tripkit::CalendarBook> books;
+    for (auto& f : files) books.push_back(std::move(f.value));
+    return tripkit::FareCalendar(books);
+}
+
+tripkit::json::Json tripJson(const tripkit::RoundTrip& trip, tripkit::Day today) {
+    tripkit::json::Json out = encode(trip);
+    tripkit::json::putOptional(out, "nights", trip.nights());
+    out["stale"] = trip.isStale(today);
+    return out;
+}
+
 tripkit::PartnerConfig partnerConfigFromEnvironment() {
     return tripkit::PartnerConfig::read([](const char* name) { return std::getenv(name); });
 }
@@ -126,6 +146,12 @@ std::string money(double dollars) {
         out += digits[i];
     }
     return out;
+}
+
+std::string dayWithWeekday(tripkit::Day day) {
+    static constexpr std::array<const char*, 7> names = {"Sun", "Mon", "Tue", "Wed",
+                                                         "Thu", "Fri", "Sat"};
+    return fmt::format("{} {}", names[static_cast<std::size_t>(day.weekday() - 1)], day.text());
 }
 
 }  // namespace roamwise::cli

@@ -11,6 +11,7 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/cli.h"
+#include "tripkit/calendars.h"
 #include "tripkit/days.h"
 #include "tripkit/json.h"
 #include "tripkit/links.h"
@@ -70,6 +71,13 @@ std::vector<HomeFile<T>> loadHomeFiles(const std::string& dataDir, const std::st
 std::optional<tripkit::FareHistory> loadFareHistory(const DataOptions& data, tripkit::Day today,
                                                     std::ostream& err);
 
+// The home airports' "calendars/CODE.json" files merged; nothing (after
+// saying why on `err`) when none could be read.
+std::optional<tripkit::FareCalendar> loadFareCalendar(const DataOptions& data, std::ostream& err);
+// A calendar trip in JSON: its own keys, plus "nights" (when it has a
+// return) and "stale" as of `today`.
+tripkit::json::Json tripJson(const tripkit::RoundTrip& trip, tripkit::Day today);
+
 // The partner settings from the environment variables of the same names
 // (RWTravelpayoutsMarker, RWTravelpayoutsProject, RWHotelProgram, ...).
 tripkit::PartnerConfig partnerConfigFromEnvironment();
@@ -82,6 +90,9 @@ void printJson(std::ostream& out, const tripkit::json::Json& value);
 
 // Formats a dollar amount: "$1,234" or "$199.50".
 std::string money(double dollars);
+
+// A day with its weekday: "Fri 2026-12-04".
+std::string dayWithWeekday(tripkit::Day day);
 
 // --- implementation of the template ---
 
