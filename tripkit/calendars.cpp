@@ -132,7 +132,6 @@ void decode(const json::Value& v, CalendarBook& out) {
     out.routes.clear();
     v.field("routes").forEachMember([&](std::string_view to, const json::Value& days) {
         std::vector<RoundTrip>& trips = out.routes[std::string(to)];
-        trips.reserve(days.size());
         days.forEachMember([&](std::string_view departText, const json::Value& cell) {
             const auto entry = cell.as<CalendarBook::Entry>();
             // A cell the job could not date or price says nothing: skip it alone.
