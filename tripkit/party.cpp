@@ -1,0 +1,289 @@
+#include "tripkit/party.h"
+
+#include <algorithm>
+#include <cmath>
+#include <stdexcept>
+
+namespace tripkit {
+
+int checkedSum(int a, int b) {
+    int sum = 0;
+    if (__builtin_add_overflow(a, b, &sum)) throw std::overflow_error("count overflow");
+    return sum;
+}
+
+int Party::count(const std::function<bool(int age)>& test) const {
+    int n = adults;
+    for (int age : childAges) {
+        if (test(age)) n = checkedSum(n, 1);
+    }
+    return n;
+}
+
+int Party::adultPriced() const {
+    return count([](int age) { return age >= 10; });
+}
+
+int Party::childPriced() const {
+    return count([](int age) { return age >= 3 && age <= 9; }) - adults;
+}
+
+int Party::universalTicketed() const {
+    return count([](int age) { return age >= 3; });
+}
+
+int Party::seats() const {
+    return count([](int age) { return age >= 2; });
+}
+
+int Party::lapBabies() const {
+    return count([](int age) { return age < 2; }) - adults;
+}
+
+int Party::freeInParks() const {
+    return count([](int age) { return age < 3; }) - adults;
+}
+
+int Party::rooms() const {
+    // A baby under 3 sleeps in the room of the four.
+    const int sleepers = count([](int age) { return age >= 3; });
+    return std::max(1, sleepers / 4 + (sleepers % 4 != 0 ? 1 : 0));
+}
+
+Links::Passengers Party::passengers() const {
+    Links::Passengers p;
+    p.adults = count([](int age) { return age >= 12; });
+    p.children = count([](int age) { return age >= 2 && age <= 11; }) - adults;
+    p.infants = lapBabies();
+    return p;
+}
+
+std::string flightSearch(const FareQuote& leg, std::string_view from, std::string_view to,
+                         const Party& party, std::string_view base, std::string_view marker) {
+    if (leg.link) return Links::fareLink(*leg.link, base, marker);
+    return Links::flightSearch(base, from, leg.day, to, std::nullopt, party.passengers(), marker);
+}
+
+const std::vector<Tier>& allTiers() {
+    static const std::vector<Tier> tiers = {Tier::value, Tier::moderate, Tier::deluxe,
+                                            Tier::primeValue, Tier::signature};
+    return tiers;
+}
+
+std::string_view caseName(Tier t) {
+    switch (t) {
+        case Tier::value: return "value";
+        case Tier::moderate: return "moderate";
+        case Tier::deluxe: return "deluxe";
+        case Tier::primeValue: return "primeValue";
+        case Tier::signature: return "signature";
+    }
+    return "";
+}
+
+std::string_view label(Tier t) {
+    switch (t) {
+        case Tier::value: return "Value";
+        case Tier::moderate: return "Moderate";
+        case Tier::deluxe: return "Deluxe";
+        case Tier::primeValue: return "Prime Value";
+        case Tier::signature: return "Signature Collection";
+    }
+    return "";
+}
+
+std::optional<Tier> tierFromCaseName(std::string_view name) {
+    for (Tier t : allTiers()) {
+        if (caseName(t) == name) return t;
+    }
+    return std::nullopt;
+}
+
+bool ResortChoice::allows(const ParkResort& resort) const {
+    switch (kind) {
+        case Kind::cheapest: return std::find(tiers.begin(), tiers.end(), resort.tier) != tiers.end();
+        case Kind::only: return std::find(ids.begin(), ids.end(), resort.id) != ids.end();
+    }
+    return false;
+}
+
+bool DateWindow::withinLimits(Day checkIn, int nights) const {
+    const Day checkOut = checkIn + nights;
+    if (earliest && checkIn < *earliest) return false;
+    if (latest && checkIn > *latest) return false;
+    if (!months.empty() && !months.contains(checkIn.month())) return false;
+    if (!checkInWeekdays.empty() && !checkInWeekdays.contains(checkIn.weekday())) return false;
+    for (Day d = checkIn; d <= checkOut; d += 1) {
+        auto inRange = [d](const DayRange& r) { return r.contains(d); };
+        if (!only.empty() && std::none_of(only.begin(), only.end(), inRange)) return false;
+        if (std::any_of(avoid.begin(), avoid.end(), inRange)) return false;
+    }
+    return true;
+}
+
+bool DateWindow::allows(Day checkIn, int nights, const std::function<bool(Day)>& isBusy) const {
+    if (!withinLimits(checkIn, nights)) return false;
+    return !(avoidHolidays && touchesBusyDate(checkIn, nights, isBusy));
+}
+
+bool touchesBusyDate(Day checkIn, int nights, const std::function<bool(Day)>& isBusy) {
+    for (Day d = checkIn; d <= checkIn + nights; d += 1) {
+        if (isBusy(d)) return true;
+    }
+    return false;
+}
+
+double FoodBudget::total(const Party& party, int nights) const {
+    const int days = checkedSum(nights, 1);
+    return std::round((perAdult * party.adultPriced() + perChild * party.childPriced()) * days);
+}
+
+namespace {
+
+int readCount(const json::Value& v, std::string_view key) {
+    const json::Value field = v.field(key);
+    const int n = field.as<int>();
+    if (n < 0) field.fail("expected a count of 0 or more");
+    return n;
+}
+
+std::set<int> intSet(const json::Value& v, std::string_view key, int lowest, int highest) {
+    std::set<int> out;
+    v.field(key).forEach([&](const json::Value& e) {
+        const int n = e.as<int>();
+        if (n < lowest || n > highest) {
+            e.fail("expected " + std::to_string(lowest) + " to " + std::to_string(highest));
+        }
+        out.insert(n);
+    });
+    return out;
+}
+
+json::Json intArray(const std::set<int>& values) {
+    json::Json out = json::Json::array();
+    for (int n : values) out.push_back(n);
+    return out;
+}
+
+}  // namespace
+
+void decode(const json::Value& v, Party& out) {
+    out.adults = readCount(v, "adults");
+    out.childAges.clear();
+    v.field("childAges").forEach([&](const json::Value& e) {
+        const int age = e.as<int>();
+        if (age < 0) e.fail("expected an age of 0 or more");
+        out.childAges.push_back(age);
+    });
+}
+
+void decode(const json::Value& v, Tier& out) {
+    auto tier = tierFromCaseName(v.stringView());
+    if (!tier) v.fail("not a resort class: " + v.string());
+    out = *tier;
+}
+
+void decode(const json::Value& v, ParkResort& out) {
+    out.id = v.get<std::string>("id");
+    out.name = v.get<std::string>("name");
+    out.tier = v.get<Tier>("tier");
+    out.room = v.get<std::string>("room");
+    out.roomEs = v.get<std::string>("roomEs");
+    out.low = v.get<double>("low");
+    out.high = v.get<double>("high");
+    out.getAround = v.get<std::string>("getAround");
+    out.getAroundEs = v.get<std::string>("getAroundEs");
+    out.parking = v.get<double>("parking");
+    out.benefits = v.get<std::vector<std::string>>("benefits");
+}
+
+void decode(const json::Value& v, ResortChoice& out) {
+    auto [name, fields] = v.caseKeyed();
+    out = ResortChoice{};
+    if (name == "cheapest") {
+        out.kind = ResortChoice::Kind::cheapest;
+        out.tiers = fields.get<std::vector<Tier>>("tiers");
+    } else if (name == "only") {
+        out.kind = ResortChoice::Kind::only;
+        out.ids = fields.get<std::vector<std::string>>("ids");
+    } else {
+        fields.fail("not a resort choice: " + name);
+    }
+}
+
+void decode(const json::Value& v, DateWindow& out) {
+    out.earliest = v.getOptional<Day>("earliest");
+    out.latest = v.getOptional<Day>("latest");
+    out.months = intSet(v, "months", 1, 12);
+    out.checkInWeekdays = intSet(v, "checkInWeekdays", 1, 7);
+    out.only = v.get<std::vector<DayRange>>("only");
+    out.avoid = v.get<std::vector<DayRange>>("avoid");
+    out.avoidHolidays = v.get<bool>("avoidHolidays");
+}
+
+void decode(const json::Value& v, FoodBudget& out) {
+    out.perAdult = v.get<double>("perAdult");
+    out.perChild = v.get<double>("perChild");
+}
+
+json::Json encode(const Party& p) {
+    json::Json out = json::Json::object();
+    out["adults"] = p.adults;
+    out["childAges"] = json::array(p.childAges);
+    return out;
+}
+
+json::Json encode(Tier t) { return std::string(caseName(t)); }
+
+json::Json encode(const ParkResort& r) {
+    json::Json out = json::Json::object();
+    out["id"] = r.id;
+    out["name"] = r.name;
+    out["tier"] = encode(r.tier);
+    out["room"] = r.room;
+    out["roomEs"] = r.roomEs;
+    out["low"] = json::number(r.low);
+    out["high"] = json::number(r.high);
+    out["getAround"] = r.getAround;
+    out["getAroundEs"] = r.getAroundEs;
+    out["parking"] = json::number(r.parking);
+    out["benefits"] = json::array(r.benefits);
+    return out;
+}
+
+json::Json encode(const ResortChoice& c) {
+    json::Json out = json::Json::object();
+    json::Json fields = json::Json::object();
+    switch (c.kind) {
+        case ResortChoice::Kind::cheapest:
+            fields["tiers"] = json::array(c.tiers);
+            out["cheapest"] = std::move(fields);
+            break;
+        case ResortChoice::Kind::only:
+            fields["ids"] = json::array(c.ids);
+            out["only"] = std::move(fields);
+            break;
+    }
+    return out;
+}
+
+json::Json encode(const DateWindow& w) {
+    json::Json out = json::Json::object();
+    json::putOptional(out, "earliest", w.earliest);
+    json::putOptional(out, "latest", w.latest);
+    out["months"] = intArray(w.months);
+    out["checkInWeekdays"] = intArray(w.checkInWeekdays);
+    out["only"] = json::array(w.only);
+    out["avoid"] = json::array(w.avoid);
+    out["avoidHolidays"] = w.avoidHolidays;
+    return out;
+}
+
+json::Json encode(const FoodBudget& f) {
+    json::Json out = json::Json::object();
+    out["perAdult"] = json::number(f.perAdult);
+    out["perChild"] = json::number(f.perChild);
+    return out;
+}
+
+}  // namespace tripkit
