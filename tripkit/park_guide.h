@@ -57,6 +57,12 @@ protected:
     ParkGuide(ParkGuide&&) = default;
     ParkGuide& operator=(const ParkGuide&) = default;
     ParkGuide& operator=(ParkGuide&&) = default;
+
+private:
+    // Lets the guides default their equality without making two guides of
+    // different parks compare equal through this interface.
+    friend struct DisneyGuide;
+    friend struct UniversalGuide;
     bool operator==(const ParkGuide&) const = default;
 };
 

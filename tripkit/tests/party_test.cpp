@@ -1,0 +1,242 @@
+#include "tripkit/party.h"
+
+#include <climits>
+#include <stdexcept>
+
+#include <gtest/gtest.h>
+
+namespace tripkit {
+namespace {
+
+Day d(int y, int m, int day) { return Day::fromCivil(y, m, day); }
+
+Party party(int adults, std::vector<int> ages = {}) { return Party{adults, std::move(ages)}; }
+
+TEST(Party, RoomsSleepFourPlusABabyUnderThree) {
+    EXPECT_EQ(party(4, {2}).rooms(), 1);
+    EXPECT_EQ(party(4, {3}).rooms(), 2);
+    EXPECT_EQ(party(4, {2, 1}).rooms(), 1);
+    EXPECT_EQ(party(8).rooms(), 2);
+    EXPECT_EQ(party(9).rooms(), 3);
+    EXPECT_EQ(party(1).rooms(), 1);
+    EXPECT_EQ(party(0).rooms(), 1);
+    EXPECT_EQ(party(2, {5, 7, 9}).rooms(), 2);
+}
+
+TEST(Party, AgesDecideSeatsTicketsAndLaps) {
+    // A 2-year-old has a seat but no park ticket; a 1-year-old has neither.
+    const Party toddler = party(2, {2});
+    EXPECT_EQ(toddler.seats(), 3);
+    EXPECT_EQ(toddler.lapBabies(), 0);
+    EXPECT_EQ(toddler.freeInParks(), 1);
+    EXPECT_EQ(toddler.adultPriced() + toddler.childPriced(), 2);
+    EXPECT_EQ(toddler.universalTicketed(), 2);
+    const Party baby = party(2, {1});
+    EXPECT_EQ(baby.seats(), 2);
+    EXPECT_EQ(baby.lapBabies(), 1);
+    EXPECT_EQ(baby.freeInParks(), 1);
+
+    // 10 is a Disney adult; 9 a Disney child and a Universal adult; 3 is the
+    // first age that pays.
+    const Party kids = party(1, {10, 9, 3});
+    EXPECT_EQ(kids.adultPriced(), 2);
+    EXPECT_EQ(kids.childPriced(), 2);
+    EXPECT_EQ(kids.universalTicketed(), 4);
+    EXPECT_EQ(kids.freeInParks(), 0);
+    EXPECT_EQ(kids.seats(), 4);
+
+    // Flight passengers: 12 and over fly as adults, 2 to 11 as children.
+    const auto p = party(2, {12, 11, 2, 1, 0}).passengers();
+    EXPECT_EQ(p.adults, 3);
+    EXPECT_EQ(p.children, 2);
+    EXPECT_EQ(p.infants, 2);
+}
+
+TEST(Party, CountsDoNotWrap) {
+    EXPECT_THROW(party(INT_MAX, {10}).adultPriced(), std::overflow_error);
+    EXPECT_THROW(party(INT_MAX - 1, {4, 30}).seats(), std::overflow_error);
+    EXPECT_EQ(party(INT_MAX, {1}).seats(), INT_MAX);
+    EXPECT_THROW(checkedSum(INT_MAX, 1), std::overflow_error);
+    EXPECT_THROW(FoodBudget{}.total(party(1), INT_MAX), std::overflow_error);
+}
+
+TEST(Party, FlightSearchOfAPlannerLeg) {
+    FareQuote leg;
+    leg.day = d(2027, 5, 14);
+    const Party family = party(2, {12, 8, 1});
+    EXPECT_EQ(flightSearch(leg, "JFK", "MCO", family, "https://flights.example", "77"),
+              "https://flights.example/search/JFK1405MCO311?marker=77");
+    EXPECT_EQ(flightSearch(leg, "MCO", "JFK", party(2), "https://flights.example", ""),
+              "https://flights.example/search/MCO1405JFK2");
+    // A found fare's own link wins, under the partner's base when relative.
+    leg.link = "search/JFK1405MCO1";
+    EXPECT_EQ(flightSearch(leg, "JFK", "MCO", family, "https://flights.example", "77"),
+              "https://flights.example/search/JFK1405MCO1?marker=77");
+}
+
+TEST(Party, JsonAndItsLimits) {
+    const auto p = json::decodeDocument<Party>(R"({"adults":2,"childAges":[9,0]})", "p.json");
+    EXPECT_EQ(p, party(2, {9, 0}));
+    EXPECT_EQ(encode(p).dump(), R"({"adults":2,"childAges":[9,0]})");
+    for (const auto& [text, message] : std::vector<std::pair<std::string, std::string>>{
+             {R"({"adults":-1,"childAges":[]})", "p.json: adults: expected a count of 0 or more"},
+             {R"({"adults":1,"childAges":[4,-2]})", "p.json: childAges[1]: expected an age of 0 or more"},
+             {R"({"adults":1})", "p.json: childAges: required key is missing"},
+         }) {
+        try {
+            json::decodeDocument<Party>(text, "p.json");
+            ADD_FAILURE() << text;
+        } catch (const json::DecodeError& e) {
+            EXPECT_EQ(std::string(e.what()), message);
+        }
+    }
+}
+
+TEST(Tier, NamesLabelsAndOrder) {
+    ASSERT_EQ(allTiers().size(), 5u);
+    EXPECT_EQ(allTiers().front(), Tier::value);
+    EXPECT_EQ(allTiers().back(), Tier::signature);
+    EXPECT_EQ(label(Tier::primeValue), "Prime Value");
+    EXPECT_EQ(label(Tier::signature), "Signature Collection");
+    EXPECT_EQ(label(Tier::moderate), "Moderate");
+    for (Tier t : allTiers()) EXPECT_EQ(tierFromCaseName(caseName(t)), t);
+    EXPECT_EQ(tierFromCaseName("Prime Value"), std::nullopt);
+}
+
+TEST(ResortChoice, CaseKeyedJsonAndWhichResortsQualify) {
+    ParkResort pop;
+    pop.id = "pop";
+    pop.tier = Tier::value;
+    ParkResort poly;
+    poly.id = "poly";
+    poly.tier = Tier::deluxe;
+
+    auto cheapest = json::decodeDocument<ResortChoice>(
+        R"({"cheapest":{"tiers":["value","moderate"]}})", "c.json");
+    EXPECT_EQ(cheapest.kind, ResortChoice::Kind::cheapest);
+    EXPECT_TRUE(cheapest.allows(pop));
+    EXPECT_FALSE(cheapest.allows(poly));
+    auto only = json::decodeDocument<ResortChoice>(R"({"only":{"ids":["poly"]}})", "c.json");
+    EXPECT_FALSE(only.allows(pop));
+    EXPECT_TRUE(only.allows(poly));
+    for (const auto& c : {cheapest, only}) {
+        EXPECT_EQ(json::decodeDocument<ResortChoice>(encode(c).dump(), "c.json"), c);
+    }
+    EXPECT_EQ(encode(only).dump(), R"({"only":{"ids":["poly"]}})");
+
+    for (const auto& [text, message] : std::vector<std::pair<std::string, std::string>>{
+             {R"({})", "c.json: Invalid number of keys found, expected one."},
+             {R"({"cheapest":{"tiers":[]},"only":{"ids":[]}})",
+              "c.json: Invalid number of keys found, expected one."},
+             {R"({"nearest":{}})", "c.json: nearest: not a resort choice: nearest"},
+             {R"({"cheapest":{"tiers":["luxury"]}})",
+              "c.json: cheapest.tiers[0]: not a resort class: luxury"},
+             {R"({"only":{}})", "c.json: only.ids: required key is missing"},
+         }) {
+        try {
+            json::decodeDocument<ResortChoice>(text, "c.json");
+            ADD_FAILURE() << text;
+        } catch (const json::DecodeError& e) {
+            EXPECT_EQ(std::string(e.what()), message);
+        }
+    }
+}
+
+TEST(DateWindow, LimitsOnTheCheckInDay) {
+    DateWindow w;
+    EXPECT_TRUE(w.withinLimits(d(2027, 2, 3), 4));  // nothing set: everything goes
+    w.earliest = d(2027, 2, 1);
+    w.latest = d(2027, 2, 10);
+    EXPECT_FALSE(w.withinLimits(d(2027, 1, 31), 4));
+    EXPECT_TRUE(w.withinLimits(d(2027, 2, 1), 4));
+    EXPECT_TRUE(w.withinLimits(d(2027, 2, 10), 30));  // check-in alone is bounded
+    EXPECT_FALSE(w.withinLimits(d(2027, 2, 11), 1));
+
+    DateWindow months;
+    months.months = {3};
+    EXPECT_TRUE(months.withinLimits(d(2027, 3, 31), 5));  // the stay may run into April
+    EXPECT_FALSE(months.withinLimits(d(2027, 2, 28), 1));
+
+    DateWindow weekdays;
+    weekdays.checkInWeekdays = {1, 7};  // weekends
+    EXPECT_TRUE(weekdays.withinLimits(d(2027, 2, 6), 3));   // Saturday
+    EXPECT_TRUE(weekdays.withinLimits(d(2027, 2, 7), 3));   // Sunday
+    EXPECT_FALSE(weekdays.withinLimits(d(2027, 2, 5), 3));  // Friday
+}
+
+TEST(DateWindow, OnlyKeepsWholeStaysAvoidSkipsAnyTouch) {
+    DateWindow only;
+    only.only = {DayRange(d(2027, 2, 1), d(2027, 2, 5)), DayRange(d(2027, 2, 6), d(2027, 2, 8))};
+    EXPECT_TRUE(only.withinLimits(d(2027, 2, 1), 4));   // out on the 5th
+    EXPECT_TRUE(only.withinLimits(d(2027, 2, 3), 5));   // across two touching ranges
+    EXPECT_FALSE(only.withinLimits(d(2027, 2, 5), 4));  // check-out on the 9th
+    EXPECT_FALSE(only.withinLimits(d(2027, 1, 31), 2));
+
+    DateWindow avoid;
+    avoid.avoid = {DayRange(d(2027, 2, 12), d(2027, 2, 16))};
+    EXPECT_FALSE(avoid.withinLimits(d(2027, 2, 8), 4));  // check-out day touches it
+    EXPECT_TRUE(avoid.withinLimits(d(2027, 2, 8), 3));
+    EXPECT_TRUE(avoid.withinLimits(d(2027, 2, 17), 3));
+    EXPECT_FALSE(avoid.withinLimits(d(2027, 2, 16), 3));
+}
+
+TEST(DateWindow, BusyDatesOnlyWhenAvoidingHolidays) {
+    const auto busy = [](Day day) { return day == Day::fromCivil(2027, 7, 5); };
+    DateWindow w;
+    EXPECT_TRUE(w.allows(d(2027, 7, 1), 4, busy));
+    w.avoidHolidays = true;
+    EXPECT_FALSE(w.allows(d(2027, 7, 1), 4, busy));  // out on the 5th
+    EXPECT_TRUE(w.allows(d(2027, 7, 1), 3, busy));
+    EXPECT_TRUE(w.withinLimits(d(2027, 7, 1), 4));  // busy days are not date limits
+    EXPECT_FALSE(w.allows(d(2027, 7, 5), 0, busy));
+    w.months = {8};
+    EXPECT_FALSE(w.allows(d(2027, 7, 10), 2, busy));
+}
+
+TEST(DateWindow, Json) {
+    const auto w = json::decodeDocument<DateWindow>(
+        R"({"latest":"2027-03-01","months":[3,1,3],"checkInWeekdays":[7],"only":[],)"
+        R"("avoid":[{"first":"2027-02-16","last":"2027-02-12"}],"avoidHolidays":true})",
+        "w.json");
+    EXPECT_FALSE(w.earliest);
+    EXPECT_EQ(w.latest, d(2027, 3, 1));
+    EXPECT_EQ(w.months, (std::set<int>{1, 3}));
+    ASSERT_EQ(w.avoid.size(), 1u);
+    EXPECT_EQ(w.avoid[0].first, d(2027, 2, 12));
+    EXPECT_EQ(json::decodeDocument<DateWindow>(encode(w).dump(), "w.json"), w);
+    EXPECT_EQ(encode(w).dump(),
+              R"({"latest":"2027-03-01","months":[1,3],"checkInWeekdays":[7],"only":[],)"
+              R"("avoid":[{"first":"2027-02-12","last":"2027-02-16"}],"avoidHolidays":true})");
+
+    for (const auto& [text, message] : std::vector<std::pair<std::string, std::string>>{
+             {R"({"months":[13],"checkInWeekdays":[],"only":[],"avoid":[],"avoidHolidays":false})",
+              "w.json: months[0]: expected 1 to 12"},
+             {R"({"months":[],"checkInWeekdays":[0],"only":[],"avoid":[],"avoidHolidays":false})",
+              "w.json: checkInWeekdays[0]: expected 1 to 7"},
+             {R"({"months":[],"checkInWeekdays":[],"only":[],"avoid":[]})",
+              "w.json: avoidHolidays: required key is missing"},
+         }) {
+        try {
+            json::decodeDocument<DateWindow>(text, "w.json");
+            ADD_FAILURE() << text;
+        } catch (const json::DecodeError& e) {
+            EXPECT_EQ(std::string(e.what()), message);
+        }
+    }
+}
+
+TEST(FoodBudget, EveryDayOfTheStayDisneyAges) {
+    const FoodBudget food{60, 30};
+    // Adult budget for 2 adults and the 10-year-old, child budget for the
+    // 9- and 3-year-olds, nothing for the 2-year-old; 4 nights are 5 days.
+    EXPECT_EQ(food.total(party(2, {10, 9, 3, 2}), 4), (3 * 60 + 2 * 30) * 5);
+    EXPECT_EQ(food.total(party(1), 0), 60);
+    EXPECT_EQ(FoodBudget({12.25, 0}).total(party(2), 1), 49);
+    EXPECT_EQ(FoodBudget({10.25, 0}).total(party(1), 1), 21);  // 20.5: half away from zero
+    const auto decoded = json::decodeDocument<FoodBudget>(R"({"perAdult":55.5,"perChild":20})", "f");
+    EXPECT_EQ(decoded, (FoodBudget{55.5, 20}));
+    EXPECT_EQ(encode(decoded).dump(), R"({"perAdult":55.5,"perChild":20})");
+}
+
+}  // namespace
+}  // namespace tripkit
