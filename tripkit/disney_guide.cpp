@@ -4,6 +4,8 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "tripkit/resources.h"
+
 namespace tripkit {
 
 std::string LightningLaneChoice::label() const {
@@ -54,6 +56,24 @@ std::optional<TransportChoice> transportChoiceFromCaseName(std::string_view name
         if (caseName(c) == name) return c;
     }
     return std::nullopt;
+}
+
+const DisneyGuide& DisneyGuide::shipped() {
+    static const DisneyGuide guide = [] {
+        DisneyGuide g =
+            resources::decodeShipped<DisneyGuide>(resources::disneyGuide, "disney-guide.json");
+        g.busyEvents = busySpans(EventCalendar::shipped());
+        return g;
+    }();
+    return guide;
+}
+
+std::vector<DayRange> DisneyGuide::busySpans(const EventCalendar& events) {
+    std::vector<DayRange> spans;
+    for (const Event& e : events.events) {
+        if (e.busy) spans.push_back(e.days());
+    }
+    return spans;
 }
 
 double DisneyGuide::Season::baseRate(Day night) const {

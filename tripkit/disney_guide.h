@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "tripkit/days.h"
+#include "tripkit/events.h"
 #include "tripkit/json.h"
 #include "tripkit/park_guide.h"
 #include "tripkit/party.h"
@@ -148,6 +149,12 @@ struct DisneyGuide final : ParkGuide {
     // Busy events of the Disney events calendar. Not part of the guide's
     // file: whoever loads the events calendar hands its busy spans over.
     std::vector<DayRange> busyEvents;
+
+    // The guide compiled into the library ("disney-guide.json"), decoded
+    // once, with the busy events of the shipped events calendar.
+    static const DisneyGuide& shipped();
+    // The spans of a calendar's busy events, in its order.
+    static std::vector<DayRange> busySpans(const EventCalendar& events);
 
     // The first season, in file order, that holds `day`.
     const Season* seasonOf(Day day) const;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "tripkit/resources.h"
+
 namespace tripkit {
 
 ParkResort UniversalGuide::Hotel::resort() const {
@@ -19,6 +21,12 @@ ParkResort UniversalGuide::Hotel::resort() const {
     r.parking = 0;
     r.benefits = benefits;
     return r;
+}
+
+const UniversalGuide& UniversalGuide::shipped() {
+    static const UniversalGuide guide = resources::decodeShipped<UniversalGuide>(
+        resources::universalGuide, "universal-guide.json");
+    return guide;
 }
 
 const UniversalGuide::Hotel* UniversalGuide::hotelWithId(std::string_view id) const {

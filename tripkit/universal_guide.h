@@ -99,6 +99,9 @@ struct UniversalGuide final : ParkGuide {
     std::vector<std::string> express;  // ids of the hotels whose guests get Express Unlimited
     Transport transport;
 
+    // The guide compiled into the library ("universal-guide.json"), decoded once.
+    static const UniversalGuide& shipped();
+
     const Hotel* hotelWithId(std::string_view id) const;
     // The one-day price of a park; 0 for a park the guide does not list.
     double oneDayPrice(std::string_view park) const;

@@ -309,5 +309,32 @@ TEST_F(DisneyGuideTest, PricesThroughTheParkGuideInterface) {
     EXPECT_EQ(g.hotelStay(resorts[1], d(2027, 3, 28), 3, 1)->total, 1380);
 }
 
+TEST(DisneyGuideShipped, PricesEveryResortOnEverySeasonAndKnowsTheBusyEvents) {
+    const DisneyGuide& guide = DisneyGuide::shipped();
+    EXPECT_EQ(&guide, &DisneyGuide::shipped());  // decoded once
+    ASSERT_FALSE(guide.calendar.empty());
+    ASSERT_NE(guide.resortNamed(guide.baseResort), nullptr);
+    for (const DisneyGuide::Season& season : guide.calendar) {
+        EXPECT_LE(season.from, season.to) << season.from;
+        for (const ParkResort& resort : guide.resorts) {
+            const auto rate = guide.nightlyRate(resort, season.from);
+            ASSERT_TRUE(rate) << resort.id << " " << season.from;
+            EXPECT_GT(*rate, 0) << resort.id << " " << season.from;
+        }
+    }
+    const Party family{2, {8}};
+    const auto t = guide.ticketTotals(4, family, guide.coverage.from, true, false);
+    EXPECT_GT(t.tickets, 0);
+    EXPECT_GT(t.hopper, 0);
+
+    const EventCalendar& events = EventCalendar::shipped();
+    EXPECT_EQ(guide.busyEvents, DisneyGuide::busySpans(events));
+    for (const Event& e : events.events) {
+        if (e.busy) {
+            EXPECT_TRUE(guide.isBusy(e.first)) << e.name;
+        }
+    }
+}
+
 }  // namespace
 }  // namespace tripkit

@@ -151,5 +151,20 @@ TEST_F(UniversalGuideTest, HotelsAsResortsAndExpress) {
     EXPECT_EQ(g.lightningLaneTotal(LightningLaneChoice::multiPass(3), 3, d(2027, 3, 1), Party{}), 0);
 }
 
+TEST(UniversalGuideShipped, EveryPriceLookedUpByNameIsThere) {
+    const UniversalGuide& guide = UniversalGuide::shipped();
+    EXPECT_EQ(&guide, &UniversalGuide::shipped());
+    ASSERT_FALSE(guide.hotels.empty());
+    // A park missing from the one-day prices would silently price at 0.
+    EXPECT_GT(guide.oneDayPrice(UniversalGuide::studiosPark), 0);
+    EXPECT_GT(guide.oneDayPrice(UniversalGuide::epicUniversePark), 0);
+    EXPECT_GT(guide.tickets.threeDayParkToPark.published, guide.tickets.threeDayOneParkEach.published);
+    for (const std::string& id : guide.express) EXPECT_NE(guide.hotelWithId(id), nullptr) << id;
+    for (const auto& hotel : guide.hotels) {
+        EXPECT_GT(hotel.from, 0) << hotel.id;
+        EXPECT_TRUE(guide.hotelStay(hotel, guide.coverage.from, 3, 1)) << hotel.id;
+    }
+}
+
 }  // namespace
 }  // namespace tripkit
