@@ -13,6 +13,7 @@ void addAdvisoriesCommand(CLI::App& root, Io& io);
 void addCalendarCommand(CLI::App& root, Io& io);
 void addGetawaysCommand(CLI::App& root, Io& io);
 void addHolidaysCommand(CLI::App& root, Io& io);
+void addParkCommand(CLI::App& root, Io& io);
 
 // In the order `--help` lists them.
 inline const std::vector<CommandAdder>& allCommands() {
@@ -25,6 +26,7 @@ inline const std::vector<CommandAdder>& allCommands() {
         addCalendarCommand,
         addGetawaysCommand,
         addHolidaysCommand,
+        addParkCommand,
     };
     return adders;
 }
