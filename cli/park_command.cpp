@@ -47,7 +47,8 @@ std::vector<Stay> priceStays(const ParkGuide& guide, const TripSearch& search, D
         s.hotel = guide.hotelStay(resort, checkIn, search.nights, rooms);
         s.tickets = guide.ticketTotals(search.parkDays, party, checkIn, search.parkHopper,
                                        search.epicUniverse.value_or(false));
-        s.lightningLane = guide.lightningLaneTotal(search.lightningLane, search.parkDays, checkIn, party);
+        s.lightningLane =
+            guide.lightningLaneTotal(search.lightningLane, search.parkDays, checkIn, party);
         s.express = guide.expressIncluded(resort);
         s.transport = guide.transportTotal(search.transport, party, search.nights, resort);
         s.food = search.food ? search.food->total(party, search.nights) : 0;

@@ -153,8 +153,8 @@ ParkGuide::TicketTotals DisneyGuide::ticketTotals(int parkDays, const Party& par
                                                   Day firstParkDay, bool hopper, bool) const {
     // Rows are taken by position: row n is the n-day ticket, and longer stays
     // are priced with the last row.
-    const int n = static_cast<int>(
-        std::min<std::size_t>(tickets.adult.size(), static_cast<std::size_t>(std::max(parkDays, 1))));
+    const int n = static_cast<int>(std::min<std::size_t>(
+        tickets.adult.size(), static_cast<std::size_t>(std::max(parkDays, 1))));
     if (n == 0) return {};
     if (tickets.child.size() < static_cast<std::size_t>(n)) {
         throw std::logic_error("Disney guide: fewer child ticket rows than adult rows");
@@ -186,7 +186,9 @@ double DisneyGuide::lightningLaneTotal(const LightningLaneChoice& choice, int pa
 
     // The Multi Pass is priced once, at the stay's mean level; Single and
     // Premier Passes day by day, at each day's own level.
-    auto multiPass = [&](int k) { return lightningLane.multiPass.at(meanLevel(*this, firstParkDay, days)) * k; };
+    auto multiPass = [&](int k) {
+        return lightningLane.multiPass.at(meanLevel(*this, firstParkDay, days)) * k;
+    };
     auto singles = [&] {
         double sum = 0;
         for (int i = 0; i < days; ++i) {

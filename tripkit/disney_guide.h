@@ -37,7 +37,14 @@ struct LightningLaneChoice {
 };
 
 // The ride from the airport to the hotel. JSON: the case name as a string.
-enum class TransportChoice { mearsStandard, mearsExpress, rideshare, carService, rentalCar, ownCar };
+enum class TransportChoice {
+    mearsStandard,
+    mearsExpress,
+    rideshare,
+    carService,
+    rentalCar,
+    ownCar
+};
 
 const std::vector<TransportChoice>& allTransportChoices();  // in the order above
 std::string_view caseName(TransportChoice c);

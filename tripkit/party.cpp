@@ -101,7 +101,8 @@ std::optional<Tier> tierFromCaseName(std::string_view name) {
 
 bool ResortChoice::allows(const ParkResort& resort) const {
     switch (kind) {
-        case Kind::cheapest: return std::find(tiers.begin(), tiers.end(), resort.tier) != tiers.end();
+        case Kind::cheapest:
+            return std::find(tiers.begin(), tiers.end(), resort.tier) != tiers.end();
         case Kind::only: return std::find(ids.begin(), ids.end(), resort.id) != ids.end();
     }
     return false;

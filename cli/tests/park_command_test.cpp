@@ -108,8 +108,9 @@ TEST(ParkCommand, ReadableTable) {
                      "--guide", kDisney});
     ASSERT_EQ(r.status, kOk) << r.err;
     EXPECT_NE(r.out.find("Walt Disney World: 4 nights, 3 park days\n"), std::string::npos) << r.out;
-    EXPECT_NE(r.out.find("Base Value Resort (Value), 2027-02-12 to 2027-02-16, touches a busy date\n"),
-              std::string::npos)
+    EXPECT_NE(
+        r.out.find("Base Value Resort (Value), 2027-02-12 to 2027-02-16, touches a busy date\n"),
+        std::string::npos)
         << r.out;
     EXPECT_NE(r.out.find("  Lightning Lane   $3,089\n"), std::string::npos) << r.out;
     EXPECT_NE(r.out.find("  Transport        $151 (Rideshare)\n"), std::string::npos) << r.out;
@@ -123,9 +124,11 @@ TEST(ParkCommand, ReadableTable) {
 
 TEST(ParkCommand, ShippedGuidesPriceEveryResortAsked) {
     TempDir dir;
-    dir.write("search.json",
-              replaced(parkData("search.json"), R"({"cheapest": {"tiers": ["value", "moderate"]}})",
-                       R"({"cheapest": {"tiers": ["value", "moderate", "deluxe", "primeValue", "signature"]}})"));
+    dir.write(
+        "search.json",
+        replaced(
+            parkData("search.json"), R"({"cheapest": {"tiers": ["value", "moderate"]}})",
+            R"({"cheapest": {"tiers": ["value", "moderate", "deluxe", "primeValue", "signature"]}})"));
     const std::string search = (dir.path / "search.json").string();
     for (const std::string park : {"disney", "universal"}) {
         auto r = runCli({"park", "price", park, "--search", search, "--check-in", "2026-12-01",
@@ -177,7 +180,8 @@ TEST(ParkCommand, BadArgumentsAndUnreadableFiles) {
     r = runCli({"park", "price", "universal", "--search", kSearch, "--check-in", "2027-02-01",
                 "--guide", kDisney});
     EXPECT_EQ(r.status, kNoData);
-    EXPECT_NE(r.err.find("disney-guide.json: coverage.to: required key is missing"), std::string::npos)
+    EXPECT_NE(r.err.find("disney-guide.json: coverage.to: required key is missing"),
+              std::string::npos)
         << r.err;
 }
 

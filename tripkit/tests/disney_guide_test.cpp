@@ -63,8 +63,9 @@ TEST_F(DisneyGuideTest, GuidesThatCannotPriceDoNotDecode) {
         return "decoded";
     };
     const std::string text = parkData("disney-guide.json");
-    EXPECT_EQ(error(replaced(text, R"("baseResort": "Base Value Resort")", R"("baseResort": "Nowhere")")),
-              "disney-guide.json: baseResort: no resort named Nowhere");
+    EXPECT_EQ(
+        error(replaced(text, R"("baseResort": "Base Value Resort")", R"("baseResort": "Nowhere")")),
+        "disney-guide.json: baseResort: no resort named Nowhere");
     EXPECT_EQ(error(replaced(text, R"(, {"days": 3, "low": 255, "high": 405})", "")),
               "disney-guide.json: tickets.child: expected a row for every adult row");
     EXPECT_EQ(error(replaced(text, R"("low": 100, "high": 300)", R"("low": 0, "high": 300)")),
@@ -82,7 +83,8 @@ TEST_F(DisneyGuideTest, GuidesThatCannotPriceDoNotDecode) {
     EXPECT_THROW(noBase.nightlyRate(moderate(), d(2027, 2, 1)), std::logic_error);
     DisneyGuide shortChild = guide;
     shortChild.tickets.child.pop_back();
-    EXPECT_THROW(shortChild.ticketTotals(3, kFamily, d(2027, 2, 1), false, false), std::logic_error);
+    EXPECT_THROW(shortChild.ticketTotals(3, kFamily, d(2027, 2, 1), false, false),
+                 std::logic_error);
     EXPECT_NO_THROW(shortChild.ticketTotals(2, kFamily, d(2027, 2, 1), false, false));
 }
 
@@ -224,8 +226,9 @@ TEST_F(DisneyGuideTest, LightningLane) {
     // Multi Pass at the stay's mean level 0.125: 18 a day.
     EXPECT_EQ(guide.lightningLaneTotal(LightningLaneChoice::multiPass(2), 2, jan31, kFamily),
               153);  // 144 x 1.065 = 153.36
-    EXPECT_EQ(guide.lightningLaneTotal(LightningLaneChoice::multiPass(3), 3, d(2027, 2, 1), kFamily),
-              268);  // 21 x 3 x 4 x 1.065
+    EXPECT_EQ(
+        guide.lightningLaneTotal(LightningLaneChoice::multiPass(3), 3, d(2027, 2, 1), kFamily),
+        268);  // 21 x 3 x 4 x 1.065
     // Single Pass day by day: a mean of 12 on the first day, 14.25 on the second.
     EXPECT_EQ(guide.lightningLaneTotal(LightningLaneChoice::singlePasses(), 2, jan31, kFamily),
               112);  // 105 x 1.065 = 111.825
@@ -239,14 +242,17 @@ TEST_F(DisneyGuideTest, LightningLane) {
               3035);  // cut to the 2 park days: 2850 x 1.065 = 3035.25
     EXPECT_EQ(guide.lightningLaneTotal(LightningLaneChoice::premier(-1), 2, jan31, kFamily), 0);
     // No park days count as one.
-    EXPECT_EQ(guide.lightningLaneTotal(LightningLaneChoice::multiPass(1), 0, d(2027, 3, 1), kFamily),
-              166);  // 39 x 4 x 1.065 = 166.14
+    EXPECT_EQ(
+        guide.lightningLaneTotal(LightningLaneChoice::multiPass(1), 0, d(2027, 3, 1), kFamily),
+        166);  // 39 x 4 x 1.065 = 166.14
     // Only the free ones: nothing to pay.
-    EXPECT_EQ(guide.lightningLaneTotal(LightningLaneChoice::premier(2), 2, jan31, Party{0, {2, 1}}), 0);
+    EXPECT_EQ(guide.lightningLaneTotal(LightningLaneChoice::premier(2), 2, jan31, Party{0, {2, 1}}),
+              0);
 
     DisneyGuide noSingles = guide;
     noSingles.lightningLane.singlePass.clear();
-    EXPECT_EQ(noSingles.lightningLaneTotal(LightningLaneChoice::singlePasses(), 2, jan31, kFamily), 0);
+    EXPECT_EQ(noSingles.lightningLaneTotal(LightningLaneChoice::singlePasses(), 2, jan31, kFamily),
+              0);
     EXPECT_EQ(noSingles.lightningLaneTotal(LightningLaneChoice::multiPassAndSingles(2), 2, jan31,
                                            kFamily),
               153);

@@ -80,7 +80,8 @@ TEST(Party, JsonAndItsLimits) {
     EXPECT_EQ(encode(p).dump(), R"({"adults":2,"childAges":[9,0]})");
     for (const auto& [text, message] : std::vector<std::pair<std::string, std::string>>{
              {R"({"adults":-1,"childAges":[]})", "p.json: adults: expected a count of 0 or more"},
-             {R"({"adults":1,"childAges":[4,-2]})", "p.json: childAges[1]: expected an age of 0 or more"},
+             {R"({"adults":1,"childAges":[4,-2]})",
+              "p.json: childAges[1]: expected an age of 0 or more"},
              {R"({"adults":1})", "p.json: childAges: required key is missing"},
          }) {
         try {
@@ -233,7 +234,8 @@ TEST(FoodBudget, EveryDayOfTheStayDisneyAges) {
     EXPECT_EQ(food.total(party(1), 0), 60);
     EXPECT_EQ(FoodBudget({12.25, 0}).total(party(2), 1), 49);
     EXPECT_EQ(FoodBudget({10.25, 0}).total(party(1), 1), 21);  // 20.5: half away from zero
-    const auto decoded = json::decodeDocument<FoodBudget>(R"({"perAdult":55.5,"perChild":20})", "f");
+    const auto decoded =
+        json::decodeDocument<FoodBudget>(R"({"perAdult":55.5,"perChild":20})", "f");
     EXPECT_EQ(decoded, (FoodBudget{55.5, 20}));
     EXPECT_EQ(encode(decoded).dump(), R"({"perAdult":55.5,"perChild":20})");
 }

@@ -60,14 +60,16 @@ TEST(TripSearch, DecodesEveryKeyAndRoundTripsInOrder) {
     EXPECT_EQ(bareText.find("maxTotal"), std::string::npos);
     EXPECT_EQ(decodeSearch(bareText), bare);
     // Absent and null read alike.
-    EXPECT_EQ(decodeSearch(replaced(parkData("search.json"), "\"maxTotal\": 9000", "\"maxTotal\": null"))
-                  .maxTotal,
-              std::nullopt);
+    EXPECT_EQ(
+        decodeSearch(replaced(parkData("search.json"), "\"maxTotal\": 9000", "\"maxTotal\": null"))
+            .maxTotal,
+        std::nullopt);
 }
 
 TEST(TripSearch, ErrorsNameTheKeyPath) {
     const std::string text = parkData("search.json");
-    EXPECT_EQ(errorOf(replaced(text, R"({"premier": {"days": 2}})", R"({"premier": {"days": 2}, "none": {}})")),
+    EXPECT_EQ(errorOf(replaced(text, R"({"premier": {"days": 2}})",
+                               R"({"premier": {"days": 2}, "none": {}})")),
               "search.json: lightningLane: Invalid number of keys found, expected one.");
     EXPECT_EQ(errorOf(replaced(text, R"({"cheapest": {"tiers": ["value", "moderate"]}})", "{}")),
               "search.json: resorts: Invalid number of keys found, expected one.");
@@ -99,7 +101,8 @@ TEST(LightningLaneChoice, CaseKeyedJsonAndLabels) {
     }
     EXPECT_EQ(LightningLaneChoice::multiPass(4).label(), "Multi Pass every park day");
     EXPECT_EQ(LightningLaneChoice::singlePasses().label(), "Single Pass rides");
-    EXPECT_EQ(LightningLaneChoice::multiPassAndSingles(1).label(), "Multi Pass + Single Pass rides");
+    EXPECT_EQ(LightningLaneChoice::multiPassAndSingles(1).label(),
+              "Multi Pass + Single Pass rides");
     EXPECT_EQ(LightningLaneChoice::premier(2).label(), "Premier Pass days: 2");
 
     auto error = [](const std::string& text) -> std::string {
@@ -112,8 +115,10 @@ TEST(LightningLaneChoice, CaseKeyedJsonAndLabels) {
     };
     EXPECT_EQ(error("{}"), "ll.json: Invalid number of keys found, expected one.");
     EXPECT_EQ(error(R"({"premier":{"_0":2}})"), "ll.json: premier.days: required key is missing");
-    EXPECT_EQ(error(R"({"multiPass":{"days":2}})"), "ll.json: multiPass._0: required key is missing");
-    EXPECT_EQ(error(R"({"fastPass":{}})"), "ll.json: fastPass: not a Lightning Lane choice: fastPass");
+    EXPECT_EQ(error(R"({"multiPass":{"days":2}})"),
+              "ll.json: multiPass._0: required key is missing");
+    EXPECT_EQ(error(R"({"fastPass":{}})"),
+              "ll.json: fastPass: not a Lightning Lane choice: fastPass");
     EXPECT_EQ(error(R"({"none":true})"), "ll.json: none: expected an object");
     EXPECT_EQ(error(R"("none")"), "ll.json: expected an object");
 }

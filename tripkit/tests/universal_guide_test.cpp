@@ -148,7 +148,8 @@ TEST_F(UniversalGuideTest, HotelsAsResortsAndExpress) {
     EXPECT_TRUE(g.expressIncluded(resorts[1]));
     EXPECT_FALSE(g.expressIncluded(resorts[0]));
     EXPECT_EQ(g.seasonLevel(d(2027, 3, 1)), 0.5);
-    EXPECT_EQ(g.lightningLaneTotal(LightningLaneChoice::multiPass(3), 3, d(2027, 3, 1), Party{}), 0);
+    EXPECT_EQ(g.lightningLaneTotal(LightningLaneChoice::multiPass(3), 3, d(2027, 3, 1), Party{}),
+              0);
 }
 
 TEST(UniversalGuideShipped, EveryPriceLookedUpByNameIsThere) {
@@ -158,7 +159,8 @@ TEST(UniversalGuideShipped, EveryPriceLookedUpByNameIsThere) {
     // A park missing from the one-day prices would silently price at 0.
     EXPECT_GT(guide.oneDayPrice(UniversalGuide::studiosPark), 0);
     EXPECT_GT(guide.oneDayPrice(UniversalGuide::epicUniversePark), 0);
-    EXPECT_GT(guide.tickets.threeDayParkToPark.published, guide.tickets.threeDayOneParkEach.published);
+    EXPECT_GT(guide.tickets.threeDayParkToPark.published,
+              guide.tickets.threeDayOneParkEach.published);
     for (const std::string& id : guide.express) EXPECT_NE(guide.hotelWithId(id), nullptr) << id;
     for (const auto& hotel : guide.hotels) {
         EXPECT_GT(hotel.from, 0) << hotel.id;
