@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "tripkit/feeds.h"
+#include "tripkit/hashing.h"
 
 namespace tripkit {
 
@@ -198,22 +199,7 @@ json::Json encode(const CalendarBook& b) {
 
 }  // namespace tripkit
 
-namespace {
-void combine(std::size_t& seed, std::size_t value) {
-    seed ^= value + 0x9e3779b97f4a7c15ULL + (seed << 6) + (seed >> 2);
-}
-}  // namespace
-
 std::size_t std::hash<tripkit::RoundTrip>::operator()(const tripkit::RoundTrip& t) const noexcept {
-    std::size_t seed = 0;
-    combine(seed, std::hash<std::string>{}(t.origin));
-    combine(seed, std::hash<std::string>{}(t.destination));
-    combine(seed, std::hash<tripkit::Day>{}(t.depart));
-    combine(seed, std::hash<std::optional<tripkit::Day>>{}(t.returnDay));
-    combine(seed, std::hash<double>{}(t.price));
-    combine(seed, std::hash<std::string>{}(t.airline));
-    combine(seed, std::hash<int>{}(t.stops));
-    combine(seed, std::hash<std::optional<tripkit::Day>>{}(t.seen));
-    combine(seed, std::hash<std::optional<std::string>>{}(t.link));
-    return seed;
+    return tripkit::hashOf(t.origin, t.destination, t.depart, t.returnDay, t.price, t.airline,
+                           t.stops, t.seen, t.link);
 }

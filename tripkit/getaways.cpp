@@ -4,6 +4,8 @@
 #include <array>
 #include <map>
 
+#include "tripkit/hashing.h"
+
 namespace tripkit {
 
 namespace {
@@ -187,18 +189,8 @@ json::Json encode(const Getaway& g) {
 }  // namespace tripkit
 
 std::size_t std::hash<tripkit::Getaway>::operator()(const tripkit::Getaway& g) const noexcept {
-    std::size_t seed = std::hash<tripkit::RoundTrip>{}(g.trip);
-    auto combine = [&seed](std::size_t value) {
-        seed ^= value + 0x9e3779b97f4a7c15ULL + (seed << 6) + (seed >> 2);
-    };
-    combine(static_cast<std::size_t>(g.timing.kind));
-    combine(std::hash<std::optional<tripkit::FederalHoliday>>{}(g.timing.holiday));
-    if (g.window) {
-        combine(static_cast<std::size_t>(g.window->holiday));
-        combine(std::hash<tripkit::Day>{}(g.window->date));
-        combine(std::hash<tripkit::Day>{}(g.window->observed));
-        combine(std::hash<tripkit::Day>{}(g.window->days.first));
-        combine(std::hash<tripkit::Day>{}(g.window->days.last));
-    }
-    return seed;
+    std::size_t seed = tripkit::hashOf(g.trip, g.timing.kind, g.timing.holiday);
+    if (!g.window) return seed;
+    return tripkit::hashOf(seed, g.window->holiday, g.window->date, g.window->observed,
+                           g.window->days.first, g.window->days.last);
 }
