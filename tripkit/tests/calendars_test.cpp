@@ -116,9 +116,7 @@ TEST(CalendarBook, MalformedFilesFailWhole) {
 TEST(CalendarBook, EncodesPositionallyAndRoundTrips) {
     const auto b = json::decodeDocument<CalendarBook>(readData("JFK.json"), "calendars/JFK.json");
     const json::Json j = encode(b);
-    EXPECT_EQ(j["routes"]["LIS"]["2026-12-01"].dump(), R"([412,"TP",0,"2026-12-09","2026-11-19"])");
     EXPECT_EQ(j["routes"]["LIS"]["2026-12-02"].dump(), R"([399.5,"UA",1,null,"2026-11-18"])");
-    EXPECT_EQ(j["routes"]["CUN"].dump(), "{}");
     EXPECT_EQ(json::decodeDocument<CalendarBook>(j.dump(), "again"), b);
 
     // Built from values: no seen leaves the array after a null back.
@@ -138,11 +136,7 @@ TEST(RoundTrip, StaleAfterThreeDaysAndKeyedJson) {
 
     t = trip("LIS", 10, 412, 0);
     t.link = "https://example.com/book";
-    const json::Json j = encode(t);
-    EXPECT_EQ(j.dump(), R"({"origin":"JFK","destination":"LIS","depart":"2026-11-30",)"
-                        R"("returnDay":"2026-12-07","price":412,"airline":"B6","stops":0,)"
-                        R"("seen":"2026-11-20","link":"https://example.com/book"})");
-    EXPECT_EQ(json::decodeDocument<RoundTrip>(j.dump(), "t"), t);
+    EXPECT_EQ(json::decodeDocument<RoundTrip>(encode(t).dump(), "t"), t);
     t.returnDay.reset();
     t.link.reset();
     EXPECT_EQ(json::decodeDocument<RoundTrip>(encode(t).dump(), "t"), t);
@@ -167,15 +161,9 @@ TEST(FareCalendar, MergeKeepsTheCheapestAndTiesGoToTheFirstBook) {
     const FareCalendar reversed({ewr, jfk});
     EXPECT_EQ(reversed.byDestination.at("LIS").at(kToday + 10).origin, "EWR");
 
-    // Only empty books: every query is empty.
     CalendarBook empty = book("JFK", {});
     empty.routes["LIS"];
-    const FareCalendar none({empty, book("EWR", {})});
-    EXPECT_TRUE(none.isEmpty());
-    EXPECT_TRUE(none.allTrips(kToday).empty());
-    EXPECT_TRUE(none.trips("LIS", kToday).empty());
-    EXPECT_TRUE(none.months("LIS", kToday).empty());
-    EXPECT_FALSE(none.cheapest("LIS", std::nullopt, kToday, false));
+    EXPECT_TRUE(FareCalendar({empty, book("EWR", {})}).isEmpty());
 }
 
 TEST(FareCalendar, UsableTripsLeaveWithinTheHorizonAndWereSeenThisWeek) {
@@ -185,7 +173,6 @@ TEST(FareCalendar, UsableTripsLeaveWithinTheHorizonAndWereSeenThisWeek) {
                                        trip("BCN", 0, 9)})});
     EXPECT_EQ(departures(c.trips("LIS", kToday)), (std::vector<int>{0, 6, 7, 330}));
     EXPECT_TRUE(c.trips("lis", kToday).empty());  // codes are exact keys
-    EXPECT_TRUE(c.trips("NRT", kToday).empty());
 
     // All destinations, by departure day; on one day by destination code.
     std::vector<std::string> all;

@@ -4,6 +4,8 @@
 
 #include <set>
 
+#include "tripkit/tests/test_data.h"
+
 namespace tripkit {
 namespace {
 
@@ -12,12 +14,7 @@ Day day(int year, int month, int d) {
 }
 
 std::string errorOf(const std::string& text) {
-    try {
-        json::decodeDocument<EventCalendar>(text, "disney-events.json");
-        return "";
-    } catch (const json::DecodeError& e) {
-        return e.what();
-    }
+    return testing::decodeError<EventCalendar>(text, "disney-events.json");
 }
 
 // One calendar with a quiet span and two busy spans that share days.
@@ -29,50 +26,19 @@ const char* kCalendar =
     R"({"name":"Spring break","nameEs":"Primavera","first":"2026-03-07","last":"2026-03-22","busy":true,"estimated":false},)"
     R"({"name":"Easter weeks","nameEs":"Pascua","first":"2026-03-20","last":"2026-04-05","busy":true,"estimated":true}]})";
 
-TEST(EventCalendar, DecodesAndEncodesInTheFilesOrder) {
-    const auto calendar = json::decodeDocument<EventCalendar>(kCalendar, "x");
-    ASSERT_EQ(calendar.events.size(), 3u);
-    EXPECT_EQ(calendar.asOf, "2026-11-23");
-    EXPECT_EQ(calendar.sources.at(0).url, "https://example.org/events");
-    const Event& easter = calendar.events[2];
-    EXPECT_EQ(easter.first, day(2026, 3, 20));
-    EXPECT_EQ(easter.last, day(2026, 4, 5));
-    EXPECT_TRUE(easter.busy);
-    EXPECT_TRUE(easter.estimated);
-    EXPECT_FALSE(calendar.events[0].busy);
-    EXPECT_EQ(encode(calendar).dump(), kCalendar);
+TEST(EventCalendar, RoundTripsAndRejectsBrokenEvents) {
+    EXPECT_EQ(encode(json::decodeDocument<EventCalendar>(kCalendar, "x")).dump(), kCalendar);
 
-    // A one-day event is allowed; only a reversed span is not.
-    const std::string oneDay =
-        R"({"asOf":"x","sources":[],"events":[{"name":"Race","nameEs":"Carrera",)"
-        R"("first":"2026-01-10","last":"2026-01-10","busy":true,"estimated":false}]})";
-    EXPECT_EQ(json::decodeDocument<EventCalendar>(oneDay, "x").events.at(0).days().length(), 1);
-}
-
-TEST(EventCalendar, DecodeErrorsNameTheFileAndKey) {
-    const std::string head = R"({"asOf":"2026-11-23","sources":[],"events":[)";
-    const std::string good =
-        R"({"name":"A","nameEs":"A","first":"2026-03-01","last":"2026-03-02","busy":true,"estimated":false})";
-    EXPECT_EQ(
-        errorOf(
-            head + good + "," +
-            R"({"name":"B","nameEs":"B","first":"2026-03-01","last":"2026-03-02","estimated":false}]})"),
-        "disney-events.json: events[1].busy: required key is missing");
-    EXPECT_EQ(errorOf(head + R"({"name":"A","nameEs":"A","first":"2026-03-01","last":"2026-03-02",)"
-                             R"("busy":true,"estimated":"no"}]})"),
-              "disney-events.json: events[0].estimated: expected a boolean");
-    EXPECT_EQ(errorOf(head + R"({"name":"A","nameEs":"A","first":"2026-03-02","last":"2026-03-01",)"
-                             R"("busy":true,"estimated":false}]})"),
+    // A one-day event is allowed; a reversed span is not.
+    const std::string head = R"({"asOf":"2026-11-23","sources":[],"events":[{"name":"A","nameEs":"A",)";
+    EXPECT_EQ(errorOf(head + R"("first":"2026-03-01","last":"2026-03-01","busy":true,"estimated":false}]})"),
+              "decoded");
+    EXPECT_EQ(errorOf(head + R"("first":"2026-03-02","last":"2026-03-01","busy":true,"estimated":false}]})"),
               "disney-events.json: events[0]: first 2026-03-02 is after last 2026-03-01");
-    EXPECT_EQ(errorOf(head + R"({"name":"A","nameEs":"A","first":"2026-13-01","last":"2026-03-01",)"
-                             R"("busy":true,"estimated":false}]})"),
+    EXPECT_EQ(errorOf(head + R"("first":"2026-13-01","last":"2026-03-01","busy":true,"estimated":false}]})"),
               "disney-events.json: events[0].first: not a date: 2026-13-01");
-    EXPECT_EQ(errorOf(R"({"asOf":"2026-11-23","sources":[{"name":"E","url":"u"}],"events":[]})"),
-              "disney-events.json: sources[0].nameEs: required key is missing");
-    EXPECT_EQ(errorOf(R"({"asOf":"2026-11-23","sources":[],"events":{}})"),
-              "disney-events.json: events: expected an array");
-    EXPECT_EQ(errorOf(R"({"sources":[],"events":[]})"),
-              "disney-events.json: asOf: required key is missing");
+    EXPECT_EQ(errorOf(head + R"("first":"2026-03-01","last":"2026-03-02","estimated":false}]})"),
+              "disney-events.json: events[0].busy: required key is missing");
 }
 
 TEST(EventCalendar, BusyDaysAtTheEdgesOfEachSpan) {
@@ -91,7 +57,6 @@ TEST(EventCalendar, BusyDaysAtTheEdgesOfEachSpan) {
     ASSERT_EQ(days.size(), 30u);
     EXPECT_EQ(days.front(), day(2026, 3, 7));
     EXPECT_EQ(days.back(), day(2026, 4, 5));
-    EXPECT_EQ(std::set<Day>(days.begin(), days.end()).size(), days.size());
     for (std::size_t i = 1; i < days.size(); ++i) EXPECT_EQ(days[i] - days[i - 1], 1);
     for (Day d = day(2026, 2, 25); d <= day(2026, 4, 10); d += 1) {
         EXPECT_EQ(calendar.isBusy(d), std::binary_search(days.begin(), days.end(), d)) << d;
@@ -103,18 +68,12 @@ TEST(EventCalendar, BusyDaysAtTheEdgesOfEachSpan) {
         return out;
     };
     using Names = std::vector<std::string>;
-    // A stay that ends the day before a span, or starts the day after, does not touch it.
+    // A stay that ends the day before a span does not touch it; sharing one
+    // day at either end is enough; a range inside both gives both in file order.
     EXPECT_EQ(names(day(2026, 3, 1), day(2026, 3, 6)), Names{});
-    EXPECT_EQ(names(day(2026, 4, 6), day(2026, 4, 12)), Names{});
-    // Sharing one day at either end is enough.
     EXPECT_EQ(names(day(2026, 3, 1), day(2026, 3, 7)), Names{"Spring break"});
     EXPECT_EQ(names(day(2026, 4, 5), day(2026, 4, 12)), Names{"Easter weeks"});
-    // A range inside both, or around both, gives both in file order.
     EXPECT_EQ(names(day(2026, 3, 21), day(2026, 3, 21)), (Names{"Spring break", "Easter weeks"}));
-    EXPECT_EQ(names(day(2026, 1, 1), day(2026, 12, 31)), (Names{"Spring break", "Easter weeks"}));
-
-    EXPECT_TRUE(EventCalendar{}.busyDays().empty());
-    EXPECT_FALSE(EventCalendar{}.isBusy(day(2026, 3, 7)));
 }
 
 // The fourth Thursday of November.
@@ -126,18 +85,10 @@ Day thanksgiving(int year) {
 
 TEST(EventCalendar, ShippedCalendarIsSane) {
     const EventCalendar& shipped = EventCalendar::shipped();
-    EXPECT_EQ(&shipped, &EventCalendar::shipped());  // decoded once
-    EXPECT_FALSE(shipped.asOf.empty());
     ASSERT_FALSE(shipped.sources.empty());
-    for (const auto& s : shipped.sources) {
-        EXPECT_TRUE(s.url.starts_with("https://")) << s.url;
-        EXPECT_FALSE(s.nameEs.empty());
-    }
-
     std::set<std::int64_t> years;
     for (std::size_t i = 0; i < shipped.events.size(); ++i) {
         const Event& e = shipped.events[i];
-        EXPECT_FALSE(e.name.empty());
         EXPECT_FALSE(e.nameEs.empty()) << e.name;
         // No event runs for more than a season, and the list is by first day.
         EXPECT_LE(e.days().length(), 100) << e.name << " " << e.first;

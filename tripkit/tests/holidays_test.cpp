@@ -45,9 +45,7 @@ TEST(Holidays, ObservedDaysAndDaysOff) {
     EXPECT_EQ(july2027.observed, d(2027, 7, 5));
     EXPECT_EQ(july2027.days, DayRange(d(2027, 7, 3), d(2027, 7, 5)));
     // A Wednesday holiday is one day off.
-    auto christmas2024 = windowOf(FederalHoliday::christmas, 2024);
-    EXPECT_EQ(christmas2024.observed, christmas2024.date);
-    EXPECT_EQ(christmas2024.days.length(), 1);
+    EXPECT_EQ(windowOf(FederalHoliday::christmas, 2024).days.length(), 1);
     // Monday holidays: Saturday to Monday.
     EXPECT_EQ(windowOf(FederalHoliday::laborDay, 2026).days,
               DayRange(d(2026, 9, 5), d(2026, 9, 7)));
@@ -89,27 +87,14 @@ TEST(Holidays, WindowsOfASpanKeepOverlapsOnly) {
     EXPECT_EQ(Holidays::windows(d(2026, 1, 1), d(2028, 12, 31)).size(), 33u);
 }
 
-TEST(Holidays, NamesAndJson) {
-    EXPECT_EQ(displayName(FederalHoliday::washingtonsBirthday), "Presidents’ Day");
-    EXPECT_EQ(displayName(FederalHoliday::newYearsDay), "New Year’s Day");
-    for (FederalHoliday h : allFederalHolidays())
-        EXPECT_EQ(federalHolidayFromCaseName(caseName(h)), h);
-    EXPECT_FALSE(federalHolidayFromCaseName("NewYearsDay"));
-
+TEST(Holidays, JsonRoundTripsAndRejectsUnknownHolidays) {
     for (const auto& w : Holidays::windows(2027)) {
         auto text = encode(w).dump();
         EXPECT_EQ(json::decodeDocument<HolidayWindow>(text, "w.json"), w) << text;
     }
-    EXPECT_EQ(encode(windowOf(FederalHoliday::laborDay, 2026)).dump(),
-              R"({"holiday":"laborDay","date":"2026-09-07","observed":"2026-09-07",)"
-              R"("days":{"first":"2026-09-05","last":"2026-09-07"}})");
-    try {
-        json::decodeDocument<HolidayWindow>(
-            R"({"holiday":"easter","date":"2026-04-05","observed":"2026-04-05",)"
-            R"("days":{"first":"2026-04-05","last":"2026-04-05"}})",
-            "w.json");
-        FAIL() << "decoded an unknown holiday";
-    } catch (const json::DecodeError& e) {
-        EXPECT_NE(std::string(e.what()).find("w.json: holiday"), std::string::npos) << e.what();
-    }
+    EXPECT_THROW(json::decodeDocument<HolidayWindow>(
+                     R"({"holiday":"easter","date":"2026-04-05","observed":"2026-04-05",)"
+                     R"("days":{"first":"2026-04-05","last":"2026-04-05"}})",
+                     "w.json"),
+                 json::DecodeError);
 }

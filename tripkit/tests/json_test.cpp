@@ -85,8 +85,6 @@ TEST(Json, OptionalKeysAndCaseKeyedForms) {
 
 TEST(Json, NumbersAreWrittenAsPeopleReadThem) {
     EXPECT_EQ(json::number(199.0).dump(), "199");
-    EXPECT_EQ(json::number(-3.0).dump(), "-3");
-    EXPECT_EQ(json::number(60.0).dump(), "60");
     EXPECT_EQ(json::number(199.5).dump(), "199.5");
     EXPECT_EQ(json::number(1e300).dump(), "1e+300");
 }

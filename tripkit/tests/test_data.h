@@ -1,4 +1,5 @@
-// The small hand-made park guides and search of tripkit/tests/data/parks.
+// Helpers shared by the tests: the hand-made files of tripkit/tests/data and
+// the text of a decode error.
 #pragma once
 
 #include <fstream>
@@ -13,12 +14,16 @@
 
 namespace tripkit::testing {
 
-inline std::string parkData(const std::string& name) {
-    std::ifstream in(std::string(TRIPKIT_TEST_DATA) + "/parks/" + name, std::ios::binary);
-    EXPECT_TRUE(in) << "no test file " << name;
+inline std::string readFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    EXPECT_TRUE(in) << "no test file " << path;
     std::ostringstream bytes;
     bytes << in.rdbuf();
     return bytes.str();
+}
+
+inline std::string parkData(const std::string& name) {
+    return readFile(std::string(TRIPKIT_TEST_DATA) + "/parks/" + name);
 }
 
 // `text` with its first `from` replaced by `to` (which must be there).
@@ -27,6 +32,18 @@ inline std::string replaced(std::string text, const std::string& from, const std
     EXPECT_NE(at, std::string::npos) << from;
     if (at != std::string::npos) text.replace(at, from.size(), to);
     return text;
+}
+
+// The full text of the error decoding `text` as T from `source`, or
+// "decoded" when it decodes.
+template <class T>
+std::string decodeError(const std::string& text, const std::string& source) {
+    try {
+        json::decodeDocument<T>(text, source);
+    } catch (const json::DecodeError& e) {
+        return e.what();
+    }
+    return "decoded";
 }
 
 inline DisneyGuide testDisneyGuide() {
