@@ -72,6 +72,7 @@ TEST(Getaways, WeekendsLeaveThursdayToSaturdayAndReturnSundayToTuesday) {
     EXPECT_FALSE(fits(friday, friday + 5));      // Friday to Wednesday
     EXPECT_TRUE(fits(friday - 1, friday + 3));   // Thursday to Monday, 4 nights
     EXPECT_TRUE(fits(friday + 1, friday + 4));   // Saturday to Tuesday
+    EXPECT_FALSE(fits(friday + 1, friday + 5));  // Saturday to Wednesday, 4 nights
     EXPECT_FALSE(fits(friday, friday + 1));      // back on Saturday
     EXPECT_FALSE(fits(friday + 2, friday + 3));  // out on Sunday
     EXPECT_FALSE(fits(friday, friday));          // no night
