@@ -11,7 +11,7 @@ using testing::runCli;
 using testing::TempDir;
 
 const std::string kRealFeed =
-    std::string(ROAMWISE_SHARED_DATA) + "/advisories/travel-advisories-api-sample.json";
+    std::string(ROAMWISE_REAL_DATA) + "/advisories/travel-advisories-api-sample.json";
 
 TEST(AdvisoriesCommand, JoinsTheRealFeedWithTheCatalog) {
     auto r = runCli({"advisories", "--file", kRealFeed, "--json"});
