@@ -268,7 +268,7 @@ ABROAD = [
     ("HAV", "Havana", "La Habana", "Caribbean", "Cuba", "CU", "CU", 22.9892, -82.4091,
      "culture,cities", "Vintage cars, music and colonial plazas.",
      "Coches antiguos, música y plazas coloniales."),
-    ("PTP", "Guadeloupe", "Guadalupe", "Caribbean", "Guadeloupe", "GP", "FR",
+    ("PTP", "Guadeloupe", "Guadalupe", "Caribbean", "Guadeloupe", "GP", "GP",
      16.2653, -61.5318, "beaches,islands,food", "French Caribbean beaches and volcano hikes.",
      "Playas del Caribe francés y caminatas al volcán."),
     # Central America
@@ -512,7 +512,7 @@ ABROAD = [
     ("NAN", "Fiji", "Fiyi", "Oceania", "Fiji", "FJ", "FJ", -17.7554, 177.443,
      "beaches,islands,family", "Coral islands and a warm welcome.",
      "Islas de coral y una cálida bienvenida."),
-    ("PPT", "Tahiti", "Tahití", "Oceania", "French Polynesia", "PF", "FR",
+    ("PPT", "Tahiti", "Tahití", "Oceania", "French Polynesia", "PF", "FP",
      -17.5537, -149.607, "beaches,islands", "Lagoons of Tahiti, Moorea and Bora Bora.",
      "Las lagunas de Tahití, Moorea y Bora Bora."),
 ]
