@@ -1,5 +1,7 @@
 #include "cli/common.h"
 
+#include "tripkit/config.h"
+
 #include <array>
 #include <cerrno>
 #include <cmath>
@@ -124,11 +126,18 @@ tripkit::json::Json tripJson(const tripkit::RoundTrip& trip, tripkit::Day today)
 }
 
 tripkit::PartnerConfig partnerConfigFromEnvironment() {
-    return tripkit::PartnerConfig::read([](const char* name) { return std::getenv(name); });
+    return tripkit::Config::partners([](const char* name) { return std::getenv(name); });
 }
 
 void reportSkipped(std::ostream& err, const std::string& code, const std::string& why) {
     err << "roamwise-cli: skipping " << code << ": " << why << "\n";
+}
+
+void reportImpossible(std::ostream& err, const std::string& file, int count, const char* what) {
+    if (count > 0) {
+        err << "roamwise-cli: " << file << ": skipped " << count << " " << what
+            << " with impossible values\n";
+    }
 }
 
 void printJson(std::ostream& out, const tripkit::json::Json& value) {

@@ -1,0 +1,38 @@
+#include "tripkit/config.h"
+
+#include <cstring>
+
+#include "tripkit/config_defaults.h"
+
+namespace tripkit {
+
+namespace {
+bool isSet(const char* text) {
+    return text != nullptr && text[0] != '\0' && std::strncmp(text, "$(", 2) != 0;
+}
+}  // namespace
+
+std::optional<std::string> Config::setting(const char* name, const Environment& environment) {
+    if (const char* text = environment(name); isSet(text)) return std::string(text);
+    for (const auto& [key, value] : builtin::settings) {
+        if (std::strcmp(key, name) == 0 && isSet(value)) return std::string(value);
+    }
+    return std::nullopt;
+}
+
+FeedHosts Config::feedHosts(const Environment& environment) {
+    return FeedHosts::make(setting("RWDataURL", environment), std::string(defaultDataURL));
+}
+
+PartnerConfig Config::partners(const Environment& environment) {
+    // Keeps the strings alive while PartnerConfig::read looks at them.
+    std::string held;
+    return PartnerConfig::read([&](const char* name) -> const char* {
+        std::optional<std::string> value = setting(name, environment);
+        if (!value) return nullptr;
+        held = std::move(*value);
+        return held.c_str();
+    });
+}
+
+}  // namespace tripkit

@@ -1,0 +1,45 @@
+#include "tripkit/config.h"
+
+#include <gtest/gtest.h>
+
+#include <map>
+
+namespace tripkit {
+namespace {
+
+TEST(Config, EnvironmentThenBuiltInValue) {
+    std::map<std::string, std::string> env;
+    const Config::Environment lookup = [&](const char* name) -> const char* {
+        auto it = env.find(name);
+        return it == env.end() ? nullptr : it->second.c_str();
+    };
+    // Nothing set: the data host is the built-in one alone, partners are off.
+    FeedHosts hosts = Config::feedHosts(lookup);
+    ASSERT_FALSE(hosts.hosts.empty());
+    EXPECT_EQ(hosts.hosts.back(), Config::defaultDataURL);
+    EXPECT_EQ(Config::partners(lookup).marker, "");
+
+    // Empty and unfilled values are not set; a real one wins.
+    for (const char* unset : {"", "$(RW_DATA_URL)"}) {
+        env["RWDataURL"] = unset;
+        EXPECT_EQ(Config::feedHosts(lookup).hosts, hosts.hosts) << unset;
+    }
+    env["RWDataURL"] = " https://mirror.example.org/feed ";
+    EXPECT_EQ(Config::feedHosts(lookup).hosts,
+              (std::vector<std::string>{"https://mirror.example.org/feed/",
+                                        std::string(Config::defaultDataURL)}));
+    env["RWDataURL"] = "http://mirror.example.org/feed/";  // not https: ignored
+    EXPECT_EQ(Config::feedHosts(lookup).hosts.front(), hosts.hosts.front());
+
+    env["RWTravelpayoutsMarker"] = "12345";
+    env["RWHotelProgram"] = "p1";  // a programme needs its campaign too
+    const PartnerConfig partners = Config::partners(lookup);
+    EXPECT_EQ(partners.marker, "12345");
+    EXPECT_FALSE(partners.hotelProgram);
+    env["RWHotelCampaign"] = "c1";
+    EXPECT_EQ(Config::partners(lookup).hotelProgram->campaign, "c1");
+    EXPECT_EQ(Config::setting("RWNoSuchKey", lookup), std::nullopt);
+}
+
+}  // namespace
+}  // namespace tripkit
