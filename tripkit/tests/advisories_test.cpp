@@ -9,7 +9,7 @@ namespace {
 
 TEST(Advisories, ParsesTheServicesOwnFeed) {
     const auto all = Advisories::parse(testing::readFile(
-        std::string(ROAMWISE_SHARED_DATA) + "/advisories/travel-advisories-api-sample.json"));
+        std::string(ROAMWISE_REAL_DATA) + "/advisories/travel-advisories-api-sample.json"));
     ASSERT_EQ(all.size(), 3u);
     const Advisory& qatar = all.at("QA");
     EXPECT_EQ(qatar.country, "Qatar");
@@ -34,8 +34,18 @@ TEST(Advisories, TitlesCategoriesAndRepeats) {
       {"Title": "Nowhere - Updated", "Link": "n", "Category": ["NW"]},
       {"Title": "Elsewhere - Level ٢: Exercise Increased Caution", "Link": "e", "Category": ["EL"]},
       {"Title": "Level up - level 2, Level x, Level 4: Do Not Travel", "Link": "l", "Category": ["LU"]},
-      {"Title": "Chad - Level 4: Do Not Travel", "Link": "c2", "Category": ["CD"], "Updated": "2025"}
+      {"Title": "Chad - Level 4: Do Not Travel", "Link": "c2", "Category": ["CD"], "Updated": "2025"},
+      {"Title": "Zeroland - Level 0: ?", "Link": "z", "Category": ["ZE"]},
+      {"Title": "Fiveland - Level 5: ?", "Link": "f", "Category": ["FV"]}
     ])");
+    const auto feed = Advisories::read(R"([
+      {"Title": "Zeroland - Level 0: ?", "Link": "z", "Category": ["ZE"]},
+      {"Title": "Fiveland - Level 5: ?", "Link": "f", "Category": ["FV"]},
+      {"Title": "Nowhere - Updated", "Link": "n", "Category": ["NW"]},
+      {"Title": "Chad - Level 4: Do Not Travel", "Link": "c2", "Category": ["CD"]}
+    ])");
+    EXPECT_EQ(feed.impossible, 2);  // levels 0 and 5; a title without one is no value at all
+    EXPECT_EQ(feed.byCode.size(), 1u);
     std::vector<std::string> codes;
     for (const auto& [code, a] : all) codes.push_back(code);
     EXPECT_EQ(codes, (std::vector<std::string>{"CD", "LU", "MX", "PO"}));
@@ -87,6 +97,10 @@ TEST(Advisories, LevelTextsOutOfRangeAndRoundTrip) {
     EXPECT_EQ(Advisories::levelText(5), "");
     const Advisory a{"MX", "Mexico", 2, "Mexico Travel Advisory - Level 2: x", "https://e.x/mx", ""};
     EXPECT_EQ(json::decodeDocument<Advisory>(encode(a).dump(), "a"), a);
+    Advisory five = a;
+    five.level = 5;
+    EXPECT_EQ(testing::decodeError<Advisory>(encode(five).dump(), "advisories-cache.json"),
+              "advisories-cache.json: level: advisory levels run from 1 to 4");
 }
 
 Destination place(const std::string& code, bool domestic, std::optional<std::string> advisory) {
