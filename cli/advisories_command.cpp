@@ -119,7 +119,9 @@ void addAdvisoriesCommand(CLI::App& root, Io& io) {
         }
         std::map<std::string, Advisory> advisories;
         try {
-            advisories = Advisories::parse(*bytes, options->file);
+            Advisories::Feed feed = Advisories::read(*bytes, options->file);
+            reportImpossible(io.err, options->file, feed.impossible, "advisories");
+            advisories = std::move(feed.byCode);
         } catch (const json::DecodeError& e) {
             io.err << "roamwise-cli: not an advisories feed: " << e.what() << "\n";
             io.status = kNoData;

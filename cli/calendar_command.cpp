@@ -6,7 +6,7 @@
 #include "tripkit/calendars.h"
 #include "tripkit/destinations.h"
 #include "tripkit/fares.h"
-#include "tripkit/feeds.h"
+#include "tripkit/freshness.h"
 
 namespace roamwise::cli {
 

@@ -97,6 +97,10 @@ std::string dayWithWeekday(tripkit::Day day);
 // --- implementation of the template ---
 
 void reportSkipped(std::ostream& err, const std::string& code, const std::string& why);
+// One line per file for the records left out because their values cannot be
+// true ("flights/JFK.json: skipped 3 fares with impossible values"); nothing
+// when there were none.
+void reportImpossible(std::ostream& err, const std::string& file, int count, const char* what);
 
 template <class T>
 std::vector<HomeFile<T>> loadHomeFiles(const std::string& dataDir, const std::string& folder,

@@ -7,7 +7,7 @@
 #include "cli/commands.h"
 #include "tripkit/destinations.h"
 #include "tripkit/fares.h"
-#include "tripkit/feeds.h"
+#include "tripkit/freshness.h"
 #include "tripkit/getaways.h"
 #include "tripkit/holidays.h"
 

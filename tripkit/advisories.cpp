@@ -80,7 +80,7 @@ std::string countryIn(std::string_view title) {
 std::optional<Advisory> Advisories::advisory(const Raw& raw) {
     if (!raw.category || raw.category->empty()) return std::nullopt;
     const std::optional<int> level = levelIn(raw.title);
-    if (!level) return std::nullopt;
+    if (!level || *level < lowestLevel || *level > highestLevel) return std::nullopt;
     Advisory a;
     a.code = raw.category->front();
     a.country = countryIn(raw.title);
@@ -91,11 +91,16 @@ std::optional<Advisory> Advisories::advisory(const Raw& raw) {
     return a;
 }
 
-std::map<std::string, Advisory> Advisories::parse(std::string_view data, std::string source) {
+Advisories::Feed Advisories::read(std::string_view data, std::string source) {
     const json::Document doc = json::parse(data, std::move(source));
-    std::map<std::string, Advisory> out;
+    Feed out;
     doc.root().forEach([&](const json::Value& element) {
-        if (auto a = advisory(element.as<Raw>())) out.insert_or_assign(a->code, std::move(*a));
+        const Raw raw = element.as<Raw>();
+        if (auto a = advisory(raw)) {
+            out.byCode.insert_or_assign(a->code, std::move(*a));
+        } else if (raw.category && !raw.category->empty() && levelIn(raw.title)) {
+            ++out.impossible;  // a level was there, but not one the service uses
+        }
     });
     return out;
 }
@@ -130,7 +135,7 @@ bool Advisories::isShown(const Destination& d, const std::map<std::string, Advis
                          int maxLevel) {
     if (d.domestic) return true;
     const Advisory* a = of(d, advisories);
-    return a != nullptr && a->level >= 1 && a->level <= maxLevel;
+    return a != nullptr && a->level >= lowestLevel && a->level <= maxLevel;
 }
 
 std::vector<Destination> Advisories::safeAndFun(const std::vector<Destination>& catalog,
@@ -153,7 +158,11 @@ void decode(const json::Value& v, Advisories::Raw& out) {
 void decode(const json::Value& v, Advisory& out) {
     out.code = v.get<std::string>("code");
     out.country = v.get<std::string>("country");
-    out.level = v.get<int>("level");
+    const json::Value level = v.field("level");
+    out.level = level.as<int>();
+    if (out.level < Advisories::lowestLevel || out.level > Advisories::highestLevel) {
+        level.fail("advisory levels run from 1 to 4");
+    }
     out.title = v.get<std::string>("title");
     out.link = v.get<std::string>("link");
     out.updated = v.get<std::string>("updated");

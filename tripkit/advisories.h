@@ -32,13 +32,26 @@ struct Advisories {
         std::optional<std::string> updated;                // "Updated", a timestamp
     };
 
+    static constexpr int lowestLevel = 1;
+    static constexpr int highestLevel = 4;
+
+    // The feed as read: the advisories by code, and how many elements were
+    // left out for a level outside 1 to 4.
+    struct Feed {
+        std::map<std::string, Advisory> byCode;
+        int impossible = 0;
+    };
+
     // Decodes the feed (a JSON array) and keys the advisories by code; a later
     // element with the same code replaces an earlier one. Throws
     // json::DecodeError naming `source` when the body is not such an array.
+    static Feed read(std::string_view data, std::string source = "advisories.json");
     static std::map<std::string, Advisory> parse(std::string_view data,
-                                                 std::string source = "advisories.json");
-    // One element as an advisory; nothing when it has no category or no
-    // readable "Level N" in its title.
+                                                 std::string source = "advisories.json") {
+        return read(data, std::move(source)).byCode;
+    }
+    // One element as an advisory; nothing when it has no category, no
+    // readable "Level N" in its title, or a level outside 1 to 4.
     static std::optional<Advisory> advisory(const Raw& raw);
 
     // "Exercise normal precautions" ... "Do not travel"; empty for any other level.

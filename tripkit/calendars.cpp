@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "tripkit/feeds.h"
+#include "tripkit/freshness.h"
 #include "tripkit/hashing.h"
 
 namespace tripkit {

@@ -67,7 +67,7 @@ std::vector<Deal> Fares::deals(const std::vector<FareBook>& books, Day today) {
             Deal deal = original;
             if (!deal.origin) deal.origin = book.origin;
             const std::optional<Day> observed = deal.seen ? deal.seen : updated;
-            if (Freshness::isTooOld(observed, today)) continue;
+            if (Freshness::isTooOld(observed, today) || (observed && *observed > today)) continue;
             deal.seen = observed;
             if (deal.depart < today || deal.depart - today > Freshness::horizonDays) continue;
             const bool fresh = !Freshness::isStale(observed, today);
@@ -98,24 +98,27 @@ double Fares::typicalOneWay(const Airport& from, const Airport& orlando, double 
     return std::round((demand * 0.45 + 0.85) * std::max(base, 120.0) * 0.5);
 }
 
-FareQuote Fares::quote(const FareBook* book, bool toOrlando, Day day, const FareFilter& filter,
-                       const Airport& home, const Airport& orlando, double demand,
-                       std::optional<Day> today, const FareCalibration& calibration) {
+namespace {
+FareQuote quoteFrom(const FareBook* book, const QuoteRequest& r) {
     const FareOption* best = nullptr;
     if (book) {
-        const FareBook::DayFares& fares = toOrlando ? book->toOrlando : book->fromOrlando;
+        const FareBook::DayFares& fares =
+            r.leg == QuoteRequest::Leg::toOrlando ? book->toOrlando : book->fromOrlando;
         const std::optional<Day> updated = book->updatedDay();
-        if (auto it = fares.find(day.text()); it != fares.end()) {
+        if (auto it = fares.find(r.day.text()); it != fares.end()) {
             for (const FareOption& option : it->second) {
-                if (!filter.allows(option.airline, option.stops)) continue;
+                if (!r.filter.allows(option.airline, option.stops)) continue;
                 const std::optional<Day> observed = option.seen ? option.seen : updated;
-                if (today && observed && *today - *observed >= 8) continue;
+                if (r.today && observed &&
+                    (Freshness::isTooOld(observed, *r.today) || *observed > *r.today)) {
+                    continue;
+                }
                 if (!best || option.price < best->price) best = &option;
             }
         }
     }
     FareQuote quote;
-    quote.day = day;
+    quote.day = r.day;
     if (best) {
         quote.price = best->price;
         quote.airline = best->airline;
@@ -125,12 +128,35 @@ FareQuote Fares::quote(const FareBook* book, bool toOrlando, Day day, const Fare
         return quote;
     }
     quote.estimated = true;
-    quote.price = typicalOneWay(home, orlando, demand);
-    if (auto adjustment = calibration.at(day)) {
+    quote.price = Fares::typicalOneWay(r.home, r.orlando, r.demand);
+    if (auto adjustment = r.calibration.at(r.day)) {
         quote.price = std::round(quote.price * adjustment->factor);
         quote.spread = adjustment->spread;
     }
     return quote;
+}
+}  // namespace
+
+FareQuote Fares::quote(const FareBook& book, const QuoteRequest& request) {
+    return quoteFrom(&book, request);
+}
+
+FareQuote Fares::quote(const QuoteRequest& request) { return quoteFrom(nullptr, request); }
+
+int Fares::seenAfter(const FareBook& book, Day today) {
+    const std::optional<Day> updated = book.updatedDay();
+    auto future = [&](const std::optional<Day>& seen) {
+        const std::optional<Day> observed = seen ? seen : updated;
+        return observed && *observed > today;
+    };
+    int count = 0;
+    for (const Deal& d : book.deals) count += future(d.seen) ? 1 : 0;
+    for (const auto* fares : {&book.toOrlando, &book.fromOrlando}) {
+        for (const auto& [day, options] : *fares) {
+            for (const FareOption& o : options) count += future(o.seen) ? 1 : 0;
+        }
+    }
+    return count;
 }
 
 std::vector<std::string> Fares::airlines(const FareBook* book) {
@@ -169,10 +195,26 @@ void decode(const json::Value& v, Deal& out) {
 }
 
 namespace {
-FareBook::DayFares decodeDayFares(const json::Value& v) {
+bool isPossiblePrice(double price) { return std::isfinite(price) && price > 0; }
+
+bool isPossible(const FareOption& o) { return isPossiblePrice(o.price) && o.stops >= 0; }
+
+bool isPossible(const Deal& d) {
+    return isPossiblePrice(d.price) && d.stops >= 0 && (!d.returnDay || *d.returnDay >= d.depart);
+}
+
+FareBook::DayFares decodeDayFares(const json::Value& v, int& impossible) {
     FareBook::DayFares out;
     v.forEachMember([&](std::string_view day, const json::Value& options) {
-        out.emplace(std::string(day), options.asVector<FareOption>());
+        std::vector<FareOption>& kept = out[std::string(day)];
+        options.forEach([&](const json::Value& element) {
+            FareOption option = element.as<FareOption>();
+            if (isPossible(option)) {
+                kept.push_back(std::move(option));
+            } else {
+                ++impossible;
+            }
+        });
     });
     return out;
 }
@@ -187,9 +229,18 @@ json::Json encodeDayFares(const FareBook::DayFares& fares) {
 void decode(const json::Value& v, FareBook& out) {
     out.origin = v.get<std::string>("origin");
     out.updated = v.get<std::string>("updated");
-    out.toOrlando = decodeDayFares(v.field("toOrlando"));
-    out.fromOrlando = decodeDayFares(v.field("fromOrlando"));
-    out.deals = v.field("deals").asVector<Deal>();
+    out.impossible = 0;
+    out.toOrlando = decodeDayFares(v.field("toOrlando"), out.impossible);
+    out.fromOrlando = decodeDayFares(v.field("fromOrlando"), out.impossible);
+    out.deals.clear();
+    v.field("deals").forEach([&](const json::Value& element) {
+        Deal deal = element.as<Deal>();
+        if (isPossible(deal)) {
+            out.deals.push_back(std::move(deal));
+        } else {
+            ++out.impossible;
+        }
+    });
 }
 
 void decode(const json::Value& v, FareFilter& out) {

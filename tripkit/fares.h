@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "tripkit/days.h"
-#include "tripkit/feeds.h"
+#include "tripkit/freshness.h"
 #include "tripkit/json.h"
 #include "tripkit/places.h"
 
@@ -55,6 +55,10 @@ struct FareBook {
     DayFares toOrlando;
     DayFares fromOrlando;
     std::vector<Deal> deals;
+    // Fares left out while decoding because no real fare looks like them: a
+    // price that is not a positive number, negative stops, a return before
+    // the departure. Not part of the file.
+    int impossible = 0;
 
     std::optional<Day> updatedDay() const { return Day::parse(updated); }
     friend bool operator==(const FareBook&, const FareBook&) = default;
@@ -95,6 +99,20 @@ struct FareCalibration {
     std::optional<Adjustment> at(Day day) const;
 };
 
+// What a one-way quote for the planner depends on besides the fare file.
+// The planner keeps one and changes the leg, day and demand per quote.
+struct QuoteRequest {
+    enum class Leg { toOrlando, fromOrlando };
+    Leg leg = Leg::toOrlando;
+    Day day;
+    double demand = 0;  // the day's season level, 0 to 1
+    FareFilter filter;
+    Airport home;
+    Airport orlando;
+    std::optional<Day> today;  // without it, fares of any age count
+    FareCalibration calibration;
+};
+
 struct Airline {
     std::string code;
     std::string name;
@@ -110,11 +128,17 @@ struct Fares {
     // one per destination, fresh beats cheap, ties go to the earlier book.
     static std::vector<Deal> deals(const std::vector<FareBook>& books, Day today);
 
-    static FareQuote quote(const FareBook* book, bool toOrlando, Day day, const FareFilter& filter,
-                           const Airport& home, const Airport& orlando, double demand,
-                           std::optional<Day> today, const FareCalibration& calibration);
+    // The cheapest usable fare of the book on the request's day and leg, or
+    // a typical-fare estimate when none is left; without a book, always the
+    // estimate.
+    static FareQuote quote(const FareBook& book, const QuoteRequest& request);
+    static FareQuote quote(const QuoteRequest& request);
 
     static double typicalOneWay(const Airport& from, const Airport& orlando, double demand);
+
+    // How many of the book's fares were seen after `today`: no search can
+    // have seen them, so the merge and the quotes leave them out.
+    static int seenAfter(const FareBook& book, Day today);
 
     // The distinct airline codes of a book's Orlando options, sorted.
     static std::vector<std::string> airlines(const FareBook* book);

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "tripkit/freshness.h"
+
 namespace tripkit {
 
 std::vector<NightPrice> HistoryBook::nights(std::string_view to) const {
@@ -20,7 +22,7 @@ std::vector<NightPrice> HistoryBook::nights(std::string_view to) const {
 FareHistory::FareHistory(const std::vector<HistoryBook>& books, std::optional<Day> today) {
     for (const HistoryBook& book : books) {
         // A file more than a week old says nothing about today's prices.
-        if (today && *today - book.updated > 7) continue;
+        if (today && *today - book.updated > Freshness::usableDays) continue;
         for (const auto& route : book.routes) {
             const std::vector<NightPrice> nights = book.nights(route.first);
             if (nights.empty()) continue;
@@ -115,14 +117,21 @@ void decode(const json::Value& v, HistoryBook& out) {
     out.updated = v.get<Day>("updated");
     out.from = v.get<Day>("from");
     out.routes.clear();
+    out.impossible = 0;
     v.field("routes").forEachMember([&](std::string_view to, const json::Value& series) {
         auto& values = out.routes[std::string(to)];
         values.reserve(series.size());
         series.forEach([&](const json::Value& night) {
             if (night.isNull()) {
                 values.emplace_back();
+                return;
+            }
+            const double price = night.number();
+            if (std::isfinite(price) && price > 0) {
+                values.emplace_back(price);
             } else {
-                values.emplace_back(night.number());
+                values.emplace_back();
+                ++out.impossible;
             }
         });
     });

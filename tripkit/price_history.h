@@ -28,6 +28,9 @@ struct HistoryBook {
     // destination code -> one price per night from `from` on; nothing where
     // no fare was found that night
     std::map<std::string, std::vector<std::optional<double>>> routes;
+    // Prices read as "no fare that night" while decoding because they are
+    // not positive numbers. Not part of the file.
+    int impossible = 0;
 
     // The series of one destination as dated prices; null, zero and negative
     // values are left out. Empty for an unknown destination.

@@ -1,11 +1,13 @@
 #include "tripkit/widget_snapshot.h"
 
+#include "tripkit/freshness.h"
+
 namespace tripkit {
 
 WidgetSnapshot::Showing WidgetSnapshot::showing(Day today) const {
     const std::int64_t age = today - updated;
-    if (age < 4) return Showing::current;
-    if (age <= 7) return Showing::dated;
+    if (age <= Freshness::freshDays) return Showing::current;
+    if (age <= Freshness::usableDays) return Showing::dated;
     return Showing::expired;
 }
 

@@ -102,43 +102,89 @@ TEST(FaresQuote, FiltersAgeAndEstimates) {
         FareOption{"B6", 89, 0, std::string("https://x"), kToday - 1},
         FareOption{"DL", 79, 0, std::nullopt, kToday - 8},  // too old
     };
-    FareFilter any;
-    FareQuote q = Fares::quote(&b, true, day, any, jfk, mco, 1.0, kToday, {});
+    QuoteRequest r;
+    r.day = day;
+    r.demand = 1.0;
+    r.home = jfk;
+    r.orlando = mco;
+    r.today = kToday;
+    FareQuote q = Fares::quote(b, r);
     EXPECT_FALSE(q.estimated);
     EXPECT_EQ(q.price, 59);
     EXPECT_EQ(q.airline, "NK");
     EXPECT_EQ(q.spread, 0);
 
-    FareFilter nonstop;
-    nonstop.nonstopOnly = true;
-    q = Fares::quote(&b, true, day, nonstop, jfk, mco, 1.0, kToday, {});
+    r.filter.nonstopOnly = true;
+    q = Fares::quote(b, r);
     EXPECT_EQ(q.price, 89);
     EXPECT_EQ(q.link, "https://x");
     // Without today the age test is skipped.
-    EXPECT_EQ(Fares::quote(&b, true, day, nonstop, jfk, mco, 1.0, std::nullopt, {}).price, 79);
+    r.today.reset();
+    EXPECT_EQ(Fares::quote(b, r).price, 79);
+    r.today = kToday;
 
-    FareFilter only;
-    only.onlyAirlines = {"UA"};
-    q = Fares::quote(&b, true, day, only, jfk, mco, 1.0, kToday, {});
+    r.filter = FareFilter{{"UA"}, {}, false};
+    q = Fares::quote(b, r);
     EXPECT_TRUE(q.estimated);
     EXPECT_EQ(q.price, Fares::typicalOneWay(jfk, mco, 1.0));
-    FareFilter avoid;
-    avoid.avoidAirlines = {"NK", "B6"};
-    EXPECT_TRUE(Fares::quote(&b, true, day, avoid, jfk, mco, 1.0, kToday, {}).estimated);
-    // The other direction has no fares at all.
-    EXPECT_TRUE(Fares::quote(&b, false, day, any, jfk, mco, 1.0, kToday, {}).estimated);
-    EXPECT_TRUE(Fares::quote(nullptr, true, day, any, jfk, mco, 1.0, kToday, {}).estimated);
+    r.filter = FareFilter{{}, {"NK", "B6"}, false};
+    EXPECT_TRUE(Fares::quote(b, r).estimated);
+    // The other direction has no fares at all, and no book means an estimate.
+    r.filter = {};
+    r.leg = QuoteRequest::Leg::fromOrlando;
+    EXPECT_TRUE(Fares::quote(b, r).estimated);
+    r.leg = QuoteRequest::Leg::toOrlando;
+    EXPECT_TRUE(Fares::quote(r).estimated);
+    // A fare seen after today was never seen: it is left out.
+    b.toOrlando[day.text()][0].seen = kToday + 1;
+    EXPECT_EQ(Fares::quote(b, r).price, 89);
+    EXPECT_EQ(Fares::seenAfter(b, kToday), 1);
 
     // JFK-MCO is ~944 miles: base 70 + 113.3 = 183.3; demand 1 → 1.3 × 183.3 × 0.5 = 119.1.
     EXPECT_EQ(Fares::typicalOneWay(jfk, mco, 1.0), 119);
     // Short hops use the 120 floor: (0 × 0.45 + 0.85) × 120 × 0.5 = 51.
     EXPECT_EQ(Fares::typicalOneWay(mco, mco, 0.0), 51);
 
-    FareCalibration calibration;
-    calibration.byDay[day] = {1.5, 22};
-    q = Fares::quote(&b, true, day, only, jfk, mco, 1.0, kToday, calibration);
+    r.filter = FareFilter{{"UA"}, {}, false};
+    r.calibration.byDay[day] = {1.5, 22};
+    q = Fares::quote(b, r);
     EXPECT_EQ(q.price, 179);  // round(119 × 1.5 = 178.5): halves away from zero
     EXPECT_EQ(q.spread, 22);
+}
+
+TEST(FaresJson, ImpossibleFaresAreLeftOutAndCounted) {
+    // Each row: a deal and whether a real fare could look like it.
+    const std::vector<std::pair<std::string, bool>> deals = {
+        {R"("price": 199, "stops": 0, "depart": "2026-12-01", "return": "2026-12-08")", true},
+        {R"("price": 199, "stops": 0, "depart": "2026-12-01", "return": "2026-12-01")", true},
+        {R"("price": 0, "stops": 0, "depart": "2026-12-01")", false},
+        {R"("price": -5, "stops": 0, "depart": "2026-12-01")", false},
+        {R"("price": 199, "stops": -1, "depart": "2026-12-01")", false},
+        {R"("price": 199, "stops": 1, "depart": "2026-12-08", "return": "2026-12-01")", false},
+    };
+    for (const auto& [fields, possible] : deals) {
+        const std::string file = R"({"origin": "JFK", "updated": "2026-11-23", "toOrlando": {},
+            "fromOrlando": {}, "deals": [{"destination": "LIS", "city": "Lisbon",
+            "country": "Portugal", "airline": "TP", )" + fields + "}]}";
+        const FareBook b = json::decodeDocument<FareBook>(file, "JFK.json");
+        EXPECT_EQ(b.deals.size(), possible ? 1u : 0u) << fields;
+        EXPECT_EQ(b.impossible, possible ? 0 : 1) << fields;
+    }
+    const FareBook b = json::decodeDocument<FareBook>(R"({"origin": "JFK", "updated": "2026-11-23",
+        "toOrlando": {"2026-12-01": [{"airline": "B6", "price": 0, "stops": 0},
+                                     {"airline": "B6", "price": 89, "stops": 0}]},
+        "fromOrlando": {"2026-12-08": [{"airline": "NK", "price": 49, "stops": -2}]},
+        "deals": []})", "JFK.json");
+    EXPECT_EQ(b.impossible, 2);
+    EXPECT_EQ(b.toOrlando.at("2026-12-01").size(), 1u);
+    EXPECT_TRUE(b.fromOrlando.at("2026-12-08").empty());
+
+    // A deal seen after today (or from a file dated after it) is not listed.
+    FareBook future = book("JFK", {deal("LIS", 99, -1), deal("CUN", 120, 0)});
+    EXPECT_EQ(Fares::seenAfter(future, kToday), 1);
+    EXPECT_EQ(Fares::deals({future}, kToday).size(), 1u);
+    future = book("JFK", {deal("LIS", 99, std::nullopt)}, (kToday + 2).text());
+    EXPECT_TRUE(Fares::deals({future}, kToday).empty());
 }
 
 TEST(Fares, AirlinesAndNames) {

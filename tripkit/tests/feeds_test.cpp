@@ -1,4 +1,6 @@
-#include "tripkit/feeds.h"
+#include "tripkit/feed_hosts.h"
+#include "tripkit/feed_status.h"
+#include "tripkit/freshness.h"
 
 #include <gtest/gtest.h>
 

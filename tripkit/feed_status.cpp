@@ -1,0 +1,25 @@
+#include "tripkit/feed_status.h"
+
+namespace tripkit {
+
+FeedStatus FeedStatus::decide(bool mainMissing, bool mainFailed, std::optional<Day> saved,
+                              int deals, Day today) {
+    if (mainMissing && deals == 0) return unavailable();
+    if (!mainFailed) return loaded();
+    if (!saved) return deals > 0 ? loaded() : failed();
+    return *saved >= today ? loaded() : offline(*saved);
+}
+
+std::optional<FeedStatus::Empty> FeedStatus::emptyReason(const FeedStatus& status,
+                                                          int dealsBeforeFilters) {
+    if (dealsBeforeFilters > 0) return std::nullopt;
+    switch (status.kind) {
+        case Kind::offline: return Empty{Empty::Kind::offlineTooOld, status.savedDay};
+        case Kind::loaded: return Empty{Empty::Kind::noneRecent, Day{}};
+        case Kind::unavailable:
+        case Kind::failed: return std::nullopt;
+    }
+    return std::nullopt;
+}
+
+}  // namespace tripkit

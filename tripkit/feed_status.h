@@ -1,0 +1,36 @@
+// What the deals screen is told about the state of the fare feed.
+#pragma once
+
+#include <optional>
+
+#include "tripkit/days.h"
+
+namespace tripkit {
+
+// What the deals screen is told about the fare feed.
+struct FeedStatus {
+    enum class Kind { offline, loaded, unavailable, failed };
+    Kind kind = Kind::loaded;
+    Day savedDay;  // offline only: the "updated" day of the saved copy
+
+    // Why an empty deals list is empty.
+    struct Empty {
+        enum class Kind { offlineTooOld, noneRecent };
+        Kind kind = Kind::noneRecent;
+        Day day;  // offlineTooOld only
+        friend bool operator==(const Empty&, const Empty&) = default;
+    };
+
+    static FeedStatus offline(Day saved) { return FeedStatus{Kind::offline, saved}; }
+    static FeedStatus loaded() { return FeedStatus{Kind::loaded, Day{}}; }
+    static FeedStatus unavailable() { return FeedStatus{Kind::unavailable, Day{}}; }
+    static FeedStatus failed() { return FeedStatus{Kind::failed, Day{}}; }
+
+    static FeedStatus decide(bool mainMissing, bool mainFailed, std::optional<Day> saved, int deals,
+                             Day today);
+    static std::optional<Empty> emptyReason(const FeedStatus& status, int dealsBeforeFilters);
+
+    friend bool operator==(const FeedStatus&, const FeedStatus&) = default;
+};
+
+}  // namespace tripkit
