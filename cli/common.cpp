@@ -1,6 +1,7 @@
 #include "cli/common.h"
 
 #include "tripkit/config.h"
+#include "tripkit/freshness.h"
 
 #include <array>
 #include <cerrno>
@@ -97,7 +98,7 @@ std::optional<tripkit::FareHistory> loadFareHistory(const DataOptions& data, tri
     }
     std::vector<tripkit::HistoryBook> books;
     for (auto& f : files) {
-        if (today - f.value.updated > 7) {
+        if (today - f.value.updated > tripkit::Freshness::usableDays) {
             reportSkipped(err, f.code, "history published " + f.value.updated.text() +
                                            ", more than a week before " + today.text());
         }

@@ -14,7 +14,10 @@ using namespace tripkit;
 
 namespace {
 
-constexpr std::string_view kBuilding = "Building (verdicts after 21 nights)";
+// "Building (verdicts after 21 nights)"
+std::string building() {
+    return fmt::format("Building (verdicts after {} nights)", tripkit::PriceCheck::minNights);
+}
 constexpr std::string_view kFootnote =
     "Compared with the cheapest round trip found each night from your airports. Past prices "
     "don’t predict future ones.";
@@ -51,7 +54,7 @@ void printTable(std::ostream& out, const std::string& to, double price,
     }
     out << "\n";
     if (!check) {
-        out << kBuilding << ": " << nights << (nights == 1 ? " night" : " nights")
+        out << building() << ": " << nights << (nights == 1 ? " night" : " nights")
             << " of prices so far\n";
         return;
     }
