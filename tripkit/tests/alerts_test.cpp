@@ -1,0 +1,149 @@
+#include "tripkit/alerts.h"
+
+#include <gtest/gtest.h>
+
+#include "tripkit/tests/test_data.h"
+
+namespace tripkit {
+namespace {
+
+const Day kToday = Day::fromCivil(2026, 11, 23);
+const std::string kID = "E621E1F8-C36C-495A-93FC-0C247A3E6E5F";
+
+Watch routeWatch(std::optional<double> target, std::optional<double> last,
+                 std::optional<double> alerted) {
+    Watch w;
+    w.id = kID;
+    w.kind = Watch::Route{"LIS", "Lisbon", std::nullopt};
+    w.target = target;
+    w.created = kToday - 10;
+    w.lastPrice = last;
+    w.lastAlerted = alerted;
+    return w;
+}
+
+TEST(Alerts, CheckRules) {
+    using R = WatchAlert::Reason;
+    const std::nullopt_t none = std::nullopt;
+    struct Case {
+        std::optional<double> target, last, alerted;
+        double price;
+        std::optional<R> reason;
+    };
+    const std::vector<Case> cases = {
+        {none, none, none, 300, none},               // the first check only records
+        {none, 305, none, 300.01, none},             // a drop of 4.99
+        {none, 305, none, 300, R::dropped},          // exactly 5.00
+        {none, 300, none, 310, none},                // a rise
+        {none, 310, 300, 299.6, none},               // under 50 cents below the last alert
+        {none, 310, 300, 299.4, R::dropped},
+        {250, 260, none, 250, R::reachedTarget},     // at the target
+        {250, none, none, 249, R::reachedTarget},    // a target alerts on the first check
+        {250, 240, 240, 245, none},                  // already announced lower
+        {250, 240, 240, 239, R::reachedTarget},
+        {250, 400, none, 251, none},                 // a big drop, but above the target
+    };
+    for (const Case& c : cases) {
+        Watch w = routeWatch(c.target, c.last, c.alerted);
+        const auto alert = Alerts::check(w, c.price, kToday);
+        const std::string label = std::to_string(c.price);
+        ASSERT_EQ(alert.has_value(), c.reason.has_value()) << label;
+        EXPECT_EQ(w.lastPrice, c.price) << label;
+        EXPECT_EQ(w.lastChecked, kToday) << label;
+        if (alert) {
+            EXPECT_EQ(alert->reason, *c.reason) << label;
+            EXPECT_EQ(alert->previous, c.last) << label;
+            EXPECT_EQ(w.lastAlerted, c.price) << label;
+        } else {
+            EXPECT_EQ(w.lastAlerted, c.alerted) << label;
+        }
+    }
+    // No usable price: the watch is left as it was.
+    Watch w = routeWatch(std::nullopt, 300, std::nullopt);
+    const Watch before = w;
+    EXPECT_FALSE(Alerts::check(w, std::nullopt, kToday));
+    EXPECT_EQ(w, before);
+}
+
+TEST(Alerts, RoutePriceUsesFreshFaresInsideTheWindow) {
+    // Seen 4 days ago is the cheapest but too old for an alert; 3 days is fine.
+    const CalendarBook book = json::decodeDocument<CalendarBook>(R"({"origin": "JFK",
+        "updated": "2026-11-23", "routes": {"LIS": {
+          "2026-12-01": [199, "TP", 0, "2026-12-08", "2026-11-19"],
+          "2026-12-03": [350, "TP", 0, "2026-12-10", "2026-11-20"],
+          "2026-12-20": [320, "TP", 1, "2026-12-27", "2026-11-23"],
+          "2026-11-22": [150, "TP", 0, "2026-11-29", "2026-11-23"]}}})", "JFK.json");
+    const FareCalendar calendar({book});
+    Watch::Route route{"LIS", "Lisbon", std::nullopt};
+    EXPECT_EQ(Alerts::routePrice(route, calendar, kToday), 320);
+    route.window = DayRange(Day::fromCivil(2026, 12, 1), Day::fromCivil(2026, 12, 10));
+    EXPECT_EQ(Alerts::routePrice(route, calendar, kToday), 350);
+    route.window = DayRange(Day::fromCivil(2026, 12, 1), Day::fromCivil(2026, 12, 9));
+    EXPECT_EQ(Alerts::routePrice(route, calendar, kToday), std::nullopt);  // back too late
+    route.code = "CUN";
+    EXPECT_EQ(Alerts::routePrice(route, calendar, kToday), std::nullopt);
+
+    // checkAll: route watches from the calendar, trips from the pricer, in order.
+    std::vector<Watch> watches = {routeWatch(330, std::nullopt, std::nullopt)};
+    Watch trip = routeWatch(std::nullopt, 4000, std::nullopt);
+    trip.id = Watch::makeID(1, 2);
+    trip.kind = Watch::Disney{TripSearch{}, DayRange(kToday + 30, kToday + 35)};
+    watches.push_back(trip);
+    auto alerts = Alerts::checkAll(watches, calendar, nullptr, kToday);
+    ASSERT_EQ(alerts.size(), 1u);  // no pricer: the trip watch is left alone
+    EXPECT_EQ(watches[1], trip);
+    alerts = Alerts::checkAll(
+        watches, calendar, [](const Watch::Disney&, Day) { return std::optional<double>(3990); },
+        kToday);
+    ASSERT_EQ(alerts.size(), 1u);
+    EXPECT_EQ(alerts[0].watchID, trip.id);
+    EXPECT_EQ(alerts[0].reason, WatchAlert::Reason::dropped);
+}
+
+TEST(Alerts, NotificationTexts) {
+    Watch route = routeWatch(std::nullopt, 1305, std::nullopt);
+    const WatchAlert dropped{kID, 1299.5, 1305, WatchAlert::Reason::dropped};
+    auto n = AlertNotification::of(route, dropped, kToday);
+    EXPECT_EQ(n.title, "Price drop: Lisbon");
+    EXPECT_EQ(n.body,
+              "$1,300 round trip, the cheapest found in recent searches (was $1,305). Prices change quickly.");
+    EXPECT_EQ(n.identifier, "watch-" + kID + "-2026-11-23");
+
+    Watch trip = route;
+    trip.kind = Watch::Disney{TripSearch{}, DayRange(Day::fromCivil(2027, 1, 4), Day::fromCivil(2027, 1, 9))};
+    n = AlertNotification::of(trip, {kID, 4210, std::nullopt, WatchAlert::Reason::reachedTarget}, kToday);
+    EXPECT_EQ(n.title, "Under your price: Walt Disney World trip checking in 2027-01-04");
+    EXPECT_EQ(n.body, "About $4,210 for the whole trip. Estimates; check before booking.");
+    EXPECT_TRUE(trip.hasPassed(Day::fromCivil(2027, 1, 10)));
+    EXPECT_FALSE(trip.hasPassed(Day::fromCivil(2027, 1, 9)));
+    EXPECT_FALSE(route.hasPassed(Day::fromCivil(2099, 1, 1)));  // no window never passes
+}
+
+TEST(Alerts, WatchFileForm) {
+    Watch w = routeWatch(250, 300, 280);
+    std::get<Watch::Route>(w.kind).window = DayRange(kToday, kToday + 9);
+    w.lastChecked = kToday;
+    const std::string text = json::Json::array({encode(w)}).dump();
+    EXPECT_NE(text.find(R"("kind":{"route":{"code":"LIS")"), std::string::npos) << text;
+    EXPECT_EQ(json::decodeDocument<std::vector<Watch>>(text, "watches.json"), std::vector<Watch>{w});
+
+    const std::string id = Watch::makeID(0xFFFFFFFFFFFFFFFFULL, 0);
+    EXPECT_TRUE(Watch::isID(id));
+    EXPECT_EQ(id.substr(14, 1), "4");  // version 4
+    EXPECT_EQ(id.substr(19, 1), "8");  // variant 10xx
+    EXPECT_NE(Watch::makeID(1, 2), Watch::makeID(1, 3));
+
+    const std::string minimal = R"({"id": "e621e1f8-c36c-495a-93fc-0c247a3e6e5f",
+        "kind": {"route": {"code": "LIS", "place": "Lisbon"}}, "created": "2026-11-01"})";
+    EXPECT_EQ(json::decodeDocument<Watch>(minimal, "w").id, kID);  // kept upper-case
+    EXPECT_EQ(testing::decodeError<Watch>(testing::replaced(minimal, "e621e1f8-", "e621e1f8"), "watches.json"),
+              "watches.json: id: expected a UUID");
+    EXPECT_EQ(testing::decodeError<Watch>(testing::replaced(minimal, "route", "flight"), "watches.json"),
+              "watches.json: kind.flight: not a kind of watch: flight");
+    EXPECT_EQ(testing::decodeError<Watch>(testing::replaced(minimal, R"("created")", R"("target": -1, "created")"),
+                                          "watches.json"),
+              "watches.json: target: expected a price of 0 or more");
+}
+
+}  // namespace
+}  // namespace tripkit
