@@ -1,0 +1,91 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "cli/cli.h"
+#include "cli/tests/cli_test_support.h"
+
+namespace roamwise::cli {
+namespace {
+
+using testing::runCli;
+using testing::TempDir;
+
+std::string contents(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream bytes;
+    bytes << in.rdbuf();
+    return bytes.str();
+}
+
+// One calendar file whose LIS price the test changes between two nights.
+void writeCalendar(const TempDir& dir, int lisbon, int cancun) {
+    dir.write("calendars/JFK.json", R"({"origin": "JFK", "updated": "2026-11-23", "routes": {
+        "LIS": {"2026-12-05": [)" + std::to_string(lisbon) + R"(, "TP", 0, "2026-12-12"]},
+        "CUN": {"2026-12-05": [)" + std::to_string(cancun) + R"(, "B6", 0, "2026-12-09"]}}})");
+}
+
+TEST(WatchCommand, AddCheckListRemove) {
+    TempDir dir;
+    const std::string file = dir.str() + "/watches.json";
+    auto added = runCli({"watch", "add", "lis", "--file", file, "--today", "2026-11-20"});
+    ASSERT_EQ(added.status, kOk) << added.err;
+    const std::string lisbon = added.out.substr(0, 36);
+    added = runCli({"watch", "add", "CUN", "--target", "300", "--window", "2026-12-01..2026-12-31",
+                    "--file", file});
+    ASSERT_EQ(added.status, kOk) << added.err;
+    EXPECT_EQ(runCli({"watch", "add", "ZZZ", "--file", file}).status, kUsage);
+    EXPECT_EQ(runCli({"watch", "add", "LIS", "--window", "2026-12-31..2026-12-01", "--file", file}).status,
+              kUsage);
+
+    // The first night records Lisbon's price; Cancún is under its target at once.
+    writeCalendar(dir, 520, 299);
+    auto check = runCli({"watch", "check", "--file", file, "--data", dir.str(), "--home", "JFK",
+                         "--today", "2026-11-23", "--json"});
+    ASSERT_EQ(check.status, kOk) << check.err;
+    auto alerts = check.json().at("alerts");
+    ASSERT_EQ(alerts.size(), 1u);
+    EXPECT_EQ(alerts[0].at("reason"), "reachedTarget");
+    EXPECT_EQ(alerts[0].at("title"), "Under your price: Cancún");
+    EXPECT_TRUE(alerts[0].at("previous").is_null());
+
+    // The next night Lisbon dropped by $20: one alert, as the notification reads.
+    writeCalendar(dir, 500, 299);
+    check = runCli({"watch", "check", "--file", file, "--data", dir.str(), "--home", "JFK",
+                    "--today", "2026-11-23"});
+    ASSERT_EQ(check.status, kOk) << check.err;
+    EXPECT_EQ(check.out,
+              "Price drop: Lisbon\n  $500 round trip, the cheapest found in recent searches (was $520)."
+              " Prices change quickly.\n");
+
+    auto list = runCli({"watch", "list", "--file", file, "--json"});
+    ASSERT_EQ(list.status, kOk) << list.err;
+    ASSERT_EQ(list.json().size(), 2u);
+    EXPECT_EQ(list.json()[0].at("lastAlerted"), 500);
+    EXPECT_EQ(list.json()[0].at("created"), "2026-11-20");
+
+    ASSERT_EQ(runCli({"watch", "remove", lisbon, "--file", file}).status, kOk);
+    EXPECT_EQ(runCli({"watch", "list", "--file", file, "--json"}).json().size(), 1u);
+    EXPECT_EQ(runCli({"watch", "remove", lisbon, "--file", file}).status, kUsage);
+}
+
+TEST(WatchCommand, AFileThatDoesNotDecodeIsLeftAlone) {
+    TempDir dir;
+    writeCalendar(dir, 500, 299);
+    const std::string file = dir.str() + "/watches.json";
+    const std::string broken = R"([{"id": "not-a-uuid", "kind": {"route": {}}}])";
+    dir.write("watches.json", broken);
+    for (const std::vector<std::string>& args : std::vector<std::vector<std::string>>{
+             {"watch", "add", "LIS", "--file", file},
+             {"watch", "check", "--file", file, "--data", dir.str(), "--home", "JFK"},
+             {"watch", "list", "--file", file}}) {
+        const auto r = runCli(args);
+        EXPECT_NE(r.status, kOk) << args[1];
+        EXPECT_NE(r.err.find("watches.json: [0].id: expected a UUID"), std::string::npos) << r.err;
+        EXPECT_EQ(contents(file), broken) << args[1];
+    }
+}
+
+}  // namespace
+}  // namespace roamwise::cli

@@ -1,0 +1,229 @@
+// roamwise-cli watch: the user's price watches ("watches.json"): add, list,
+// remove, and check them against the nightly files as the app does after a
+// refresh, printing each alert as its notification reads.
+#include <strings.h>
+
+#include <algorithm>
+#include <random>
+
+#include <fmt/format.h>
+
+#include "cli/commands.h"
+#include "tripkit/alerts.h"
+#include "tripkit/destinations.h"
+#include "tripkit/file_writer.h"
+
+namespace roamwise::cli {
+
+using namespace tripkit;
+
+namespace {
+
+// A missing file is an empty list; one that does not decode stops the
+// command and is left exactly as it is.
+std::vector<Watch> readWatches(const std::string& path) {
+    std::optional<std::string> bytes = readFile(path);
+    if (!bytes) return {};
+    return json::decodeDocument<std::vector<Watch>>(*bytes, path);
+}
+
+void writeWatches(const std::string& path, const std::vector<Watch>& watches) {
+    writeFileAtomically(path, json::array(watches).dump(2) + "\n");
+}
+
+std::string newID() {
+    std::random_device random;
+    auto bits = [&] { return (std::uint64_t{random()} << 32) | random(); };
+    const std::uint64_t high = bits();
+    return Watch::makeID(high, bits());
+}
+
+// "2026-12-01..2026-12-10"
+DayRange parseWindow(const std::string& text) {
+    const auto dots = text.find("..");
+    auto day = [&](const std::string& part) {
+        auto d = Day::parse(part);
+        if (!d || d->text() != part) throw UsageError("--window: not a date (YYYY-MM-DD): " + part);
+        return *d;
+    };
+    if (dots == std::string::npos) throw UsageError("--window: give FIRST..LAST, e.g. 2026-12-01..2026-12-10");
+    const Day first = day(text.substr(0, dots));
+    const Day last = day(text.substr(dots + 2));
+    if (last < first) throw UsageError("--window: " + text + " ends before it begins");
+    return DayRange(first, last);
+}
+
+std::string priceText(const std::optional<double>& price) { return price ? money(*price) : "-"; }
+
+void printList(std::ostream& out, const std::vector<Watch>& watches, Day today) {
+    if (watches.empty()) {
+        out << "No watches.\n";
+        return;
+    }
+    out << fmt::format("{:<36}  {:<40}  {:>9}  {:>9}  {:<10}\n", "ID", "WATCHING", "TARGET", "LAST",
+                       "CHECKED");
+    for (const Watch& w : watches) {
+        std::string what = w.name();
+        if (const auto* route = std::get_if<Watch::Route>(&w.kind); route && route->window) {
+            what += " " + route->window->first.text() + ".." + route->window->last.text();
+        }
+        if (w.hasPassed(today)) what += " (These dates have passed)";
+        out << fmt::format("{:<36}  {:<40}  {:>9}  {:>9}  {:<10}\n", w.id, what,
+                           w.target ? money(*w.target) : "any drop", priceText(w.lastPrice),
+                           w.lastChecked ? w.lastChecked->text() : "never");
+    }
+}
+
+}  // namespace
+
+void addWatchCommand(CLI::App& root, Io& io) {
+    struct Options {
+        std::string file;
+        std::string destination;
+        std::optional<double> target;
+        std::string window;
+        std::string park;
+        std::string search;
+        std::string checkIn;
+        std::string id;
+        std::string today;
+        bool json = false;
+        DataOptions data;
+    };
+    auto options = std::make_shared<Options>();
+    CLI::App* watch = root.add_subcommand("watch", "Price watches: add, list, check, remove");
+    watch->require_subcommand(1);
+    auto fileOption = [&](CLI::App* command) {
+        command->add_option("--file", options->file, "The watches file (watches.json)")->required();
+    };
+
+    CLI::App* add = watch->add_subcommand("add", "Watch the cheapest round trip to a destination");
+    add->add_option("DEST", options->destination, "Destination code (e.g. LIS)")->required();
+    add->add_option("--target", options->target, "Alert when the price is at or under this")
+        ->check(CLI::PositiveNumber);
+    add->add_option("--window", options->window, "Only trips leaving and back in FIRST..LAST");
+    add->add_option("--today", options->today, "Day to run for (YYYY-MM-DD; default: today)")
+        ->check(dayValidator());
+    fileOption(add);
+    add->callback([options, &io] {
+        const std::string code = parseDestinationCode(options->destination);
+        const Destination* place = Destinations::shipped().find(code);
+        if (!place) throw UsageError("unknown destination: " + code);
+        Watch w;
+        w.id = newID();
+        w.kind = Watch::Route{code, place->name,
+                              options->window.empty() ? std::nullopt
+                                                      : std::optional(parseWindow(options->window))};
+        w.target = options->target;
+        w.created = resolveToday(options->today);
+        std::vector<Watch> watches = readWatches(options->file);
+        watches.push_back(w);
+        writeWatches(options->file, watches);
+        io.out << w.id << "\n";
+        io.status = kOk;
+    });
+
+    CLI::App* addTrip = watch->add_subcommand(
+        "add-trip", "Watch a theme-park trip's total for check-ins within three days of one");
+    addTrip->add_option("PARK", options->park, "disney")->required()->check(CLI::IsMember({"disney"}));
+    addTrip->add_option("--search", options->search, "The trip search (TripSearch JSON)")->required();
+    addTrip->add_option("--check-in", options->checkIn, "The chosen check-in day")
+        ->required()
+        ->check(dayValidator());
+    addTrip->add_option("--today", options->today, "Day to run for (YYYY-MM-DD; default: today)")
+        ->check(dayValidator());
+    fileOption(addTrip);
+    addTrip->callback([options, &io] {
+        std::optional<std::string> bytes = readFile(options->search);
+        if (!bytes) throw std::runtime_error("no file " + options->search);
+        const TripSearch search = json::decodeDocument<TripSearch>(*bytes, options->search);
+        const Day checkIn = resolveToday(options->checkIn);
+        Watch w;
+        w.id = newID();
+        w.kind = Watch::Disney{search, DayRange(checkIn, checkIn + search.nights)};
+        w.created = resolveToday(options->today);
+        std::vector<Watch> watches = readWatches(options->file);
+        watches.push_back(w);
+        writeWatches(options->file, watches);
+        io.out << w.id << "\n";
+        io.status = kOk;
+    });
+
+    CLI::App* list = watch->add_subcommand("list", "List the watches");
+    fileOption(list);
+    list->add_option("--today", options->today, "Day to run for (YYYY-MM-DD; default: today)")
+        ->check(dayValidator());
+    list->add_flag("--json", options->json, "Print JSON instead of a table");
+    list->callback([options, &io] {
+        const std::vector<Watch> watches = readWatches(options->file);
+        if (options->json) {
+            printJson(io.out, json::array(watches));
+        } else {
+            printList(io.out, watches, resolveToday(options->today));
+        }
+        io.status = kOk;
+    });
+
+    CLI::App* remove = watch->add_subcommand("remove", "Remove one watch");
+    remove->add_option("ID", options->id, "The watch's id")->required();
+    fileOption(remove);
+    remove->callback([options, &io] {
+        std::vector<Watch> watches = readWatches(options->file);
+        const auto before = watches.size();
+        std::erase_if(watches, [&](const Watch& w) { return strcasecmp(w.id.c_str(), options->id.c_str()) == 0; });
+        if (watches.size() == before) throw UsageError("no watch " + options->id + " in " + options->file);
+        writeWatches(options->file, watches);
+        io.status = kOk;
+    });
+
+    CLI::App* check = watch->add_subcommand(
+        "check", "Check every watch against the nightly files and print the alerts");
+    fileOption(check);
+    addDataOptions(*check, options->data);
+    check->callback([options, &io] {
+        std::vector<Watch> watches = readWatches(options->file);
+        const Day today = resolveToday(options->data.today);
+        const std::optional<FareCalendar> calendar = loadFareCalendar(options->data, io.err);
+        if (!calendar) {
+            io.status = kNoData;
+            return;
+        }
+        const bool trips = std::any_of(watches.begin(), watches.end(), [](const Watch& w) {
+            return std::holds_alternative<Watch::Disney>(w.kind);
+        });
+        if (trips) {
+            // The trip planner that prices them is not part of the CLI yet.
+            io.err << "roamwise-cli: theme-park watches are not checked yet; they are left as they were\n";
+        }
+        const std::vector<WatchAlert> alerts = Alerts::checkAll(watches, *calendar, nullptr, today);
+        writeWatches(options->file, watches);
+
+        auto watchOf = [&](const WatchAlert& a) -> const Watch& {
+            return *std::find_if(watches.begin(), watches.end(),
+                                 [&](const Watch& w) { return w.id == a.watchID; });
+        };
+        if (options->data.json) {
+            json::Json list = json::Json::array();
+            for (const WatchAlert& a : alerts) {
+                const AlertNotification n = AlertNotification::of(watchOf(a), a, today);
+                json::Json item = encode(a);
+                item["previous"] = a.previous ? json::number(*a.previous) : json::Json();
+                item["title"] = n.title;
+                item["body"] = n.body;
+                item["identifier"] = n.identifier;
+                list.push_back(std::move(item));
+            }
+            printJson(io.out, json::Json{{"alerts", std::move(list)}});
+        } else if (alerts.empty()) {
+            io.out << "No alerts.\n";
+        } else {
+            for (const WatchAlert& a : alerts) {
+                const AlertNotification n = AlertNotification::of(watchOf(a), a, today);
+                io.out << n.title << "\n  " << n.body << "\n";
+            }
+        }
+        io.status = kOk;
+    });
+}
+
+}  // namespace roamwise::cli
