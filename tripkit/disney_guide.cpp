@@ -166,9 +166,12 @@ DisneyGuide::Days DisneyGuide::buildDays(const DisneyGuide& guide) {
     }
     t.holiday = holidayWindowDays(t.first, last);
 
-    t.rates.assign(guide.resorts.size() * n, 0);
+    // Without rate tables every lookup falls back to the rules: when there is
+    // no base resort (the rules say why) or a file lists more resorts than
+    // any park has, where the tables could take more memory than the file.
     const ParkResort* base = guide.resortNamed(guide.baseResort);
-    if (!base) return t;  // no rates: every lookup falls back to the rules, which say why
+    if (!base || guide.resorts.size() > Days::maxResorts) return t;
+    t.rates.assign(guide.resorts.size() * n, 0);
     std::vector<double> scale(guide.calendar.size());
     for (std::size_t r = 0; r < guide.resorts.size(); ++r) {
         for (std::size_t s = 0; s < guide.calendar.size(); ++s) {

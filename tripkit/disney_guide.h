@@ -155,6 +155,7 @@ struct DisneyGuide final : ParkGuide {
     // night's hotel price is estimated, and each resort's nightly rate.
     struct Days {
         static constexpr std::int64_t maxDays = 11 * 366;
+        static constexpr std::size_t maxResorts = 200;
         Day first;
         std::size_t count = 0;
         std::vector<double> level;
