@@ -5,6 +5,7 @@
 #include "cli/commands.h"
 #include "tripkit/disney_guide.h"
 #include "tripkit/events.h"
+#include "tripkit/stay_pricing.h"
 #include "tripkit/trip_search.h"
 #include "tripkit/universal_guide.h"
 
@@ -13,50 +14,6 @@ namespace roamwise::cli {
 using namespace tripkit;
 
 namespace {
-
-// One resort's stay, every part in whole dollars as the guide prices it.
-struct Stay {
-    ParkResort resort;
-    Day checkIn;
-    Day checkOut;
-    std::optional<ParkGuide::HotelStay> hotel;  // nothing: no price for these nights
-    ParkGuide::TicketTotals tickets;
-    double lightningLane = 0;
-    bool express = false;
-    double transport = 0;
-    double food = 0;
-    bool busy = false;
-
-    // Nothing when the hotel has no price: a total without it would mislead.
-    std::optional<double> total() const {
-        if (!hotel) return std::nullopt;
-        return hotel->total + tickets.tickets + tickets.hopper + lightningLane + transport + food;
-    }
-};
-
-std::vector<Stay> priceStays(const ParkGuide& guide, const TripSearch& search, Day checkIn) {
-    const Party& party = search.party;
-    const int rooms = party.rooms();
-    std::vector<Stay> stays;
-    for (const ParkResort& resort : guide.parkResorts()) {
-        if (!search.resorts.allows(resort)) continue;
-        Stay s;
-        s.resort = resort;
-        s.checkIn = checkIn;
-        s.checkOut = checkIn + search.nights;
-        s.hotel = guide.hotelStay(resort, checkIn, search.nights, rooms);
-        s.tickets = guide.ticketTotals(search.parkDays, party, checkIn, search.parkHopper,
-                                       search.epicUniverse.value_or(false));
-        s.lightningLane =
-            guide.lightningLaneTotal(search.lightningLane, search.parkDays, checkIn, party);
-        s.express = guide.expressIncluded(resort);
-        s.transport = guide.transportTotal(search.transport, party, search.nights, resort);
-        s.food = search.food ? search.food->total(party, search.nights) : 0;
-        s.busy = touchesBusyDate(checkIn, search.nights, [&](Day d) { return guide.isBusy(d); });
-        stays.push_back(std::move(s));
-    }
-    return stays;
-}
 
 // Universal has no child price: everyone from 3 pays the adult ticket.
 json::Json partyJson(const Party& party, bool disney) {
@@ -71,13 +28,14 @@ json::Json partyJson(const Party& party, bool disney) {
     return out;
 }
 
-json::Json stayJson(const Stay& s, bool disney) {
+json::Json stayJson(const ResortStay& stay, bool disney) {
+    const StayPrice& s = stay.price;
     json::Json out = json::Json::object();
-    out["resort"] = s.resort.id;
+    out["resort"] = stay.resort.id;
     out["checkIn"] = encode(s.checkIn);
     out["checkOut"] = encode(s.checkOut);
     out["hotel"] = s.hotel ? json::number(s.hotel->total) : json::Json();
-    out["hotelEstimated"] = s.hotel && s.hotel->estimated;
+    out["hotelEstimated"] = s.hotelEstimated();
     out["tickets"] = json::number(s.tickets.tickets);
     out["hopper"] = json::number(s.tickets.hopper);
     if (disney) {
@@ -97,7 +55,7 @@ std::string plural(int n, const char* one, const char* many) {
     return std::to_string(n) + " " + (n == 1 ? one : many);
 }
 
-void printStays(std::ostream& out, const std::vector<Stay>& stays, const TripSearch& search,
+void printStays(std::ostream& out, const std::vector<ResortStay>& stays, const TripSearch& search,
                 bool disney) {
     const Party& p = search.party;
     out << (disney ? "Walt Disney World" : "Universal Orlando") << ": "
@@ -116,8 +74,8 @@ void printStays(std::ostream& out, const std::vector<Stay>& stays, const TripSea
     auto row = [&out](std::string_view name, const std::string& value) {
         out << fmt::format("  {:<16} {}\n", name, value);
     };
-    for (const Stay& s : stays) {
-        out << "\n" << s.resort.name << " (" << label(s.resort.tier) << "), " << s.checkIn.text()
+    for (const auto& [resort, s] : stays) {
+        out << "\n" << resort.name << " (" << label(resort.tier) << "), " << s.checkIn.text()
             << " to " << s.checkOut.text() << (s.busy ? ", touches a busy date" : "") << "\n";
         row("Hotel", s.hotel ? money(s.hotel->total) + (s.hotel->estimated ? " (estimated)" : "")
                              : "no price for these nights");
@@ -186,7 +144,7 @@ void addParkCommand(CLI::App& root, Io& io) {
             io.status = kNoData;
             return;
         }
-        std::vector<Stay> stays;
+        std::vector<ResortStay> stays;
         if (disney) {
             std::optional<DisneyGuide> guide;
             if (options->guide.empty()) {
@@ -218,7 +176,7 @@ void addParkCommand(CLI::App& root, Io& io) {
             json::Json out = json::Json::object();
             out["party"] = partyJson(search->party, disney);
             json::Json list = json::Json::array();
-            for (const Stay& s : stays) list.push_back(stayJson(s, disney));
+            for (const ResortStay& s : stays) list.push_back(stayJson(s, disney));
             out["stays"] = std::move(list);
             printJson(io.out, out);
         } else {

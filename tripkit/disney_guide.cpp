@@ -8,56 +8,6 @@
 
 namespace tripkit {
 
-std::string LightningLaneChoice::label() const {
-    switch (kind) {
-        case Kind::none: return "No Lightning Lane";
-        case Kind::multiPass: return "Multi Pass every park day";
-        case Kind::singlePasses: return "Single Pass rides";
-        case Kind::multiPassAndSingles: return "Multi Pass + Single Pass rides";
-        case Kind::premier: return "Premier Pass days: " + std::to_string(days);
-    }
-    return "";
-}
-
-const std::vector<TransportChoice>& allTransportChoices() {
-    static const std::vector<TransportChoice> choices = {
-        TransportChoice::mearsStandard, TransportChoice::mearsExpress, TransportChoice::rideshare,
-        TransportChoice::carService,    TransportChoice::rentalCar,    TransportChoice::ownCar,
-    };
-    return choices;
-}
-
-std::string_view caseName(TransportChoice c) {
-    switch (c) {
-        case TransportChoice::mearsStandard: return "mearsStandard";
-        case TransportChoice::mearsExpress: return "mearsExpress";
-        case TransportChoice::rideshare: return "rideshare";
-        case TransportChoice::carService: return "carService";
-        case TransportChoice::rentalCar: return "rentalCar";
-        case TransportChoice::ownCar: return "ownCar";
-    }
-    return "";
-}
-
-std::string_view label(TransportChoice c) {
-    switch (c) {
-        case TransportChoice::mearsStandard: return "Mears Connect shuttle";
-        case TransportChoice::mearsExpress: return "Mears Connect Express";
-        case TransportChoice::rideshare: return "Rideshare";
-        case TransportChoice::carService: return "Private car service";
-        case TransportChoice::rentalCar: return "Rental car";
-        case TransportChoice::ownCar: return "Drive my own car";
-    }
-    return "";
-}
-
-std::optional<TransportChoice> transportChoiceFromCaseName(std::string_view name) {
-    for (TransportChoice c : allTransportChoices()) {
-        if (caseName(c) == name) return c;
-    }
-    return std::nullopt;
-}
-
 const DisneyGuide& DisneyGuide::shipped() {
     static const DisneyGuide guide = [] {
         DisneyGuide g =
@@ -117,19 +67,154 @@ bool DisneyGuide::busyDate(Day day, const std::vector<DayRange>& busyEvents) {
                        [day](const DayRange& r) { return r.contains(day); });
 }
 
-double DisneyGuide::seasonLevel(Day day) const {
-    // Seasons are ranked by their first rate; a season without rates has no
-    // place in that ranking.
+namespace {
+
+// Seasons are ranked by their first rate; a season without rates has no
+// place in that ranking.
+struct LevelBounds {
     std::optional<double> lowest;
     std::optional<double> highest;
-    for (const Season& s : calendar) {
+};
+
+LevelBounds levelBounds(const std::vector<DisneyGuide::Season>& calendar) {
+    LevelBounds b;
+    for (const DisneyGuide::Season& s : calendar) {
         if (s.rates.empty()) continue;
-        lowest = std::min(lowest.value_or(s.rates[0]), s.rates[0]);
-        highest = std::max(highest.value_or(s.rates[0]), s.rates[0]);
+        b.lowest = std::min(b.lowest.value_or(s.rates[0]), s.rates[0]);
+        b.highest = std::max(b.highest.value_or(s.rates[0]), s.rates[0]);
     }
-    const Season* season = seasonOf(day);
-    if (!season || season->rates.empty() || !lowest || !(*lowest < *highest)) return 0.5;
-    return std::clamp((season->rates[0] - *lowest) / (*highest - *lowest), 0.0, 1.0);
+    return b;
+}
+
+double levelOf(const DisneyGuide::Season* season, const LevelBounds& b) {
+    if (!season || season->rates.empty() || !b.lowest || !(*b.lowest < *b.highest)) return 0.5;
+    return std::clamp((season->rates[0] - *b.lowest) / (*b.highest - *b.lowest), 0.0, 1.0);
+}
+
+// Where the season sits between the base resort's cheapest and dearest
+// rates says how far the resort's own scale has moved from its low ratio
+// towards its high one.
+double resortScale(const ParkResort& resort, const ParkResort& base,
+                   const DisneyGuide::Season& season) {
+    const double first = season.rates.empty() ? 0 : season.rates[0];
+    const double t = base.high > base.low
+                         ? std::clamp((first - base.low) / (base.high - base.low), 0.0, 1.0)
+                         : 0;
+    const double lowRatio = resort.low / base.low;
+    const double highRatio = resort.high / base.high;
+    return lowRatio + t * (highRatio - lowRatio);
+}
+
+const ParkResort& baseOf(const DisneyGuide& guide) {
+    const ParkResort* base = guide.resortNamed(guide.baseResort);
+    if (!base) throw std::logic_error("Disney guide: no base resort named " + guide.baseResort);
+    return *base;
+}
+
+}  // namespace
+
+double DisneyGuide::seasonLevelByRule(Day day) const {
+    return levelOf(seasonOf(day), levelBounds(calendar));
+}
+
+std::optional<double> DisneyGuide::nightlyRateByRule(const ParkResort& resort, Day night) const {
+    const Season* season = seasonOf(night);
+    if (!season) return std::nullopt;
+    return std::round(season->baseRate(night) * resortScale(resort, baseOf(*this), *season));
+}
+
+bool DisneyGuide::nightEstimatedByRule(Day night) const {
+    const Season* season = seasonOf(night);
+    return (season && season->estimated) || night < coverage.from ||
+           night > coverage.hotelsPublishedThrough;
+}
+
+DisneyGuide::Days DisneyGuide::buildDays(const DisneyGuide& guide) {
+    Days t;
+    t.first = guide.coverage.from;
+    Day last = guide.coverage.from;
+    for (const Season& s : guide.calendar) {
+        t.first = std::min(t.first, s.from);
+        last = std::max(last, s.to);
+    }
+    last = std::min(last, t.first + (Days::maxDays - 1));
+    t.count = static_cast<std::size_t>(last - t.first + 1);
+    const std::size_t n = t.count;
+
+    // The first season in file order wins a day: fill from the last season
+    // back so that earlier ones overwrite.
+    std::vector<const Season*> seasonOfDay(n, nullptr);
+    for (auto s = guide.calendar.rbegin(); s != guide.calendar.rend(); ++s) {
+        const Day from = std::max(s->from, t.first);
+        const Day to = std::min(s->to, last);
+        for (Day d = from; d <= to; d += 1) {
+            seasonOfDay[static_cast<std::size_t>(d - t.first)] = &*s;
+        }
+    }
+
+    const LevelBounds bounds = levelBounds(guide.calendar);
+    t.level.resize(n);
+    t.hasSeason.resize(n);
+    t.nightEstimated.resize(n);
+    for (std::size_t i = 0; i < n; ++i) {
+        const Day day = t.first + static_cast<std::int64_t>(i);
+        const Season* season = seasonOfDay[i];
+        t.level[i] = levelOf(season, bounds);
+        t.hasSeason[i] = season != nullptr;
+        t.nightEstimated[i] = (season && season->estimated) || day < guide.coverage.from ||
+                              day > guide.coverage.hotelsPublishedThrough;
+    }
+    t.holiday = holidayWindowDays(t.first, last);
+
+    // Without rate tables every lookup falls back to the rules: when there is
+    // no base resort (the rules say why) or a file lists more resorts than
+    // any park has, where the tables could take more memory than the file.
+    const ParkResort* base = guide.resortNamed(guide.baseResort);
+    if (!base || guide.resorts.size() > Days::maxResorts) return t;
+    t.rates.assign(guide.resorts.size() * n, 0);
+    std::vector<double> scale(guide.calendar.size());
+    for (std::size_t r = 0; r < guide.resorts.size(); ++r) {
+        for (std::size_t s = 0; s < guide.calendar.size(); ++s) {
+            scale[s] = resortScale(guide.resorts[r], *base, guide.calendar[s]);
+        }
+        double* row = t.rates.data() + r * n;
+        for (std::size_t i = 0; i < n; ++i) {
+            const Season* season = seasonOfDay[i];
+            if (!season) continue;
+            const auto s = static_cast<std::size_t>(season - guide.calendar.data());
+            const Day night = t.first + static_cast<std::int64_t>(i);
+            row[i] = std::round(season->baseRate(night) * scale[s]);
+        }
+    }
+    return t;
+}
+
+const DisneyGuide::Days& DisneyGuide::days() const {
+    return m_days.get([this] { return buildDays(*this); });
+}
+
+std::optional<std::size_t> DisneyGuide::rateRow(const ParkResort& resort) const {
+    // The rules read only a resort's own low and high rates (and the base
+    // resort's): any resort of the guide with the same two prices alike.
+    if (days().rates.empty() || !resortNamed(baseResort)) return std::nullopt;
+    for (std::size_t r = 0; r < resorts.size(); ++r) {
+        if (resorts[r].low == resort.low && resorts[r].high == resort.high) return r;
+    }
+    return std::nullopt;
+}
+
+bool DisneyGuide::isBusy(Day day) const {
+    if (const auto i = days().at(day)) {
+        if (days().holiday[*i]) return true;
+        return std::any_of(busyEvents.begin(), busyEvents.end(),
+                           [day](const DayRange& r) { return r.contains(day); });
+    }
+    return busyDate(day, busyEvents);
+}
+
+double DisneyGuide::seasonLevel(Day day) const {
+    if (const auto i = days().at(day)) return days().level[*i];
+    return seasonLevelByRule(day);
 }
 
 namespace {
@@ -155,7 +240,11 @@ ParkGuide::TicketTotals DisneyGuide::ticketTotals(int parkDays, const Party& par
     // are priced with the last row.
     const int n = static_cast<int>(std::min<std::size_t>(
         tickets.adult.size(), static_cast<std::size_t>(std::max(parkDays, 1))));
-    if (n == 0) return {};
+    TicketTotals out;
+    const Day lastParkDay = firstParkDay + (std::max(parkDays, 1) - 1);
+    out.estimated =
+        firstParkDay < coverage.from || lastParkDay > coverage.ticketsPublishedThrough;
+    if (n == 0) return out;
     if (tickets.child.size() < static_cast<std::size_t>(n)) {
         throw std::logic_error("Disney guide: fewer child ticket rows than adult rows");
     }
@@ -164,7 +253,6 @@ ParkGuide::TicketTotals DisneyGuide::ticketTotals(int parkDays, const Party& par
     const int children = party.childPriced();
     const std::size_t row = static_cast<std::size_t>(n) - 1;
 
-    TicketTotals out;
     out.tickets = std::round(tickets.adult[row].at(level) * adults +
                              tickets.child[row].at(level) * children);
     if (hopper) {
@@ -246,34 +334,32 @@ double DisneyGuide::transportTotal(TransportChoice choice, const Party& party, i
 }
 
 std::optional<double> DisneyGuide::nightlyRate(const ParkResort& resort, Day night) const {
-    const Season* season = seasonOf(night);
-    if (!season) return std::nullopt;
-    const ParkResort* base = resortNamed(baseResort);
-    if (!base) throw std::logic_error("Disney guide: no base resort named " + baseResort);
-    // Where the season sits between the base resort's cheapest and dearest
-    // rates says how far the resort's own scale has moved from its low ratio
-    // towards its high one.
-    const double first = season->rates.empty() ? 0 : season->rates[0];
-    const double t = base->high > base->low
-                         ? std::clamp((first - base->low) / (base->high - base->low), 0.0, 1.0)
-                         : 0;
-    const double lowRatio = resort.low / base->low;
-    const double highRatio = resort.high / base->high;
-    return std::round(season->baseRate(night) * (lowRatio + t * (highRatio - lowRatio)));
+    const auto i = days().at(night);
+    const auto row = i ? rateRow(resort) : std::nullopt;
+    if (!row) return nightlyRateByRule(resort, night);
+    if (!days().hasSeason[*i]) return std::nullopt;
+    return days().rates[*row * days().count + *i];
 }
 
 std::optional<ParkGuide::HotelStay> DisneyGuide::hotelStay(const ParkResort& resort, Day checkIn,
                                                           int nights, int rooms) const {
+    const Days& t = days();
+    const auto row = rateRow(resort);
     HotelStay stay;
     double sum = 0;
     for (int i = 0; i < nights; ++i) {
         const Day night = checkIn + i;
-        const std::optional<double> rate = nightlyRate(resort, night);
+        const auto at = row ? t.at(night) : std::nullopt;
+        if (at) {
+            if (!t.hasSeason[*at]) return std::nullopt;
+            sum += t.rates[*row * t.count + *at];
+            if (t.nightEstimated[*at]) stay.estimated = true;
+            continue;
+        }
+        const std::optional<double> rate = nightlyRateByRule(resort, night);
         if (!rate) return std::nullopt;
         sum += *rate;
-        if (seasonOf(night)->estimated || night > coverage.hotelsPublishedThrough) {
-            stay.estimated = true;
-        }
+        if (nightEstimatedByRule(night)) stay.estimated = true;
     }
     stay.total = sum * rooms;
     return stay;
@@ -281,41 +367,13 @@ std::optional<ParkGuide::HotelStay> DisneyGuide::hotelStay(const ParkResort& res
 
 // --- decoding and encoding ---
 
-void decode(const json::Value& v, LightningLaneChoice& out) {
-    auto [name, fields] = v.caseKeyed();
-    if (!fields.isObject()) fields.fail("expected an object");
-    using Kind = LightningLaneChoice::Kind;
-    if (name == "none") {
-        out = LightningLaneChoice::none();
-    } else if (name == "multiPass") {
-        out = LightningLaneChoice::multiPass(fields.get<int>("_0"));
-    } else if (name == "singlePasses") {
-        out = LightningLaneChoice::singlePasses();
-    } else if (name == "multiPassAndSingles") {
-        out = LightningLaneChoice::multiPassAndSingles(fields.get<int>("_0"));
-    } else if (name == "premier") {
-        out = {Kind::premier, fields.get<int>("days")};
-    } else {
-        fields.fail("not a Lightning Lane choice: " + name);
-    }
-}
-
-void decode(const json::Value& v, TransportChoice& out) {
-    auto choice = transportChoiceFromCaseName(v.stringView());
-    if (!choice) v.fail("not a transport choice: " + v.string());
-    out = *choice;
-}
-
 void decode(const json::Value& v, DisneyGuide::Coverage& out) {
     out.from = v.get<Day>("from");
     out.hotelsPublishedThrough = v.get<Day>("hotelsPublishedThrough");
     out.ticketsPublishedThrough = v.get<Day>("ticketsPublishedThrough");
-}
-
-void decode(const json::Value& v, DisneyGuide::Source& out) {
-    out.name = v.get<std::string>("name");
-    out.nameEs = v.get<std::string>("nameEs");
-    out.url = v.get<std::string>("url");
+    for (const char* key : {"hotelsPublishedThrough", "ticketsPublishedThrough"}) {
+        if (v.get<Day>(key) < out.from) v.field(key).fail("is before from");
+    }
 }
 
 void decode(const json::Value& v, DisneyGuide::Season& out) {
@@ -323,20 +381,41 @@ void decode(const json::Value& v, DisneyGuide::Season& out) {
     out.to = v.get<Day>("to");
     out.season = v.get<std::string>("season");
     out.seasonEs = v.get<std::string>("seasonEs");
-    out.rates = v.get<std::vector<double>>("rates");
+    const json::Value rates = v.field("rates");
+    out.rates.clear();
+    // A night without a rate would price at $0.
+    rates.forEach([&](const json::Value& rate) {
+        const double r = rate.as<double>();
+        if (!(r > 0)) rate.fail("expected a price above 0");
+        out.rates.push_back(r);
+    });
+    if (out.rates.empty()) rates.fail("expected at least one rate");
     out.estimated = v.get<bool>("estimated");
+    if (out.to < out.from) v.fail("from " + out.from.text() + " is after to " + out.to.text());
 }
+
+namespace {
+
+// A price at the cheapest and the dearest dates, the dearest not below.
+template <class Row>
+void readLowHigh(const json::Value& v, Row& out) {
+    out.low = readAmount(v, "low");
+    out.high = readAmount(v, "high");
+    if (out.high < out.low) v.fail("low is above high");
+}
+
+}  // namespace
 
 void decode(const json::Value& v, DisneyGuide::TicketRow& out) {
     out.days = v.get<int>("days");
-    out.low = v.get<double>("low");
-    out.high = v.get<double>("high");
+    if (out.days < 1) v.field("days").fail("expected 1 or more");
+    readLowHigh(v, out);
 }
 
 void decode(const json::Value& v, DisneyGuide::HopperRow& out) {
     out.fromDays = v.get<int>("fromDays");
-    out.low = v.get<double>("low");
-    out.high = v.get<double>("high");
+    if (out.fromDays < 0) v.field("fromDays").fail("expected a count of 0 or more");
+    readLowHigh(v, out);
 }
 
 void decode(const json::Value& v, DisneyGuide::Tickets& out) {
@@ -345,32 +424,26 @@ void decode(const json::Value& v, DisneyGuide::Tickets& out) {
     out.hopper = v.get<std::vector<DisneyGuide::HopperRow>>("hopper");
 }
 
-void decode(const json::Value& v, DisneyGuide::Span& out) {
-    out.low = v.get<double>("low");
-    out.high = v.get<double>("high");
-}
-
 void decode(const json::Value& v, DisneyGuide::ParkPrice& out) {
     out.park = v.get<std::string>("park");
-    out.low = v.get<double>("low");
-    out.high = v.get<double>("high");
+    readLowHigh(v, out);
 }
 
 void decode(const json::Value& v, DisneyGuide::LightningLane& out) {
-    out.taxRate = v.get<double>("taxRate");
+    out.taxRate = readAmount(v, "taxRate");
     out.multiPass = v.get<DisneyGuide::Span>("multiPass");
     out.singlePass = v.get<std::vector<DisneyGuide::ParkPrice>>("singlePass");
     out.premierPass = v.get<std::vector<DisneyGuide::ParkPrice>>("premierPass");
 }
 
 void decode(const json::Value& v, DisneyGuide::Mears& out) {
-    out.adult = v.get<double>("adult");
-    out.child = v.get<double>("child");
+    out.adult = readAmount(v, "adult");
+    out.child = readAmount(v, "child");
 }
 
 void decode(const json::Value& v, DisneyGuide::MearsExpress& out) {
-    out.roundTripUpTo4 = v.get<double>("roundTripUpTo4");
-    out.perExtraPerson = v.get<double>("perExtraPerson");
+    out.roundTripUpTo4 = readAmount(v, "roundTripUpTo4");
+    out.perExtraPerson = readAmount(v, "perExtraPerson");
 }
 
 void decode(const json::Value& v, DisneyGuide::Transport& out) {
@@ -393,50 +466,22 @@ void decode(const json::Value& v, DisneyGuide& out) {
     out.lightningLane = v.get<DisneyGuide::LightningLane>("lightningLane");
     out.transport = v.get<DisneyGuide::Transport>("transport");
     out.busyEvents.clear();
+    out.m_days.drop();
 
     // Every other resort is priced against the base resort's rates, and every
     // adult ticket needs its child ticket: a guide without them cannot price.
     const ParkResort* base = out.resortNamed(out.baseResort);
     if (!base) v.field("baseResort").fail("no resort named " + out.baseResort);
-    if (!(base->low > 0 && base->high > 0)) {
-        v.field("baseResort").fail("the base resort needs rates above 0");
-    }
     if (out.tickets.child.size() < out.tickets.adult.size()) {
         v.field("tickets").field("child").fail("expected a row for every adult row");
     }
 }
-
-json::Json encode(const LightningLaneChoice& c) {
-    using Kind = LightningLaneChoice::Kind;
-    json::Json fields = json::Json::object();
-    std::string name;
-    switch (c.kind) {
-        case Kind::none: name = "none"; break;
-        case Kind::multiPass: name = "multiPass"; fields["_0"] = c.days; break;
-        case Kind::singlePasses: name = "singlePasses"; break;
-        case Kind::multiPassAndSingles: name = "multiPassAndSingles"; fields["_0"] = c.days; break;
-        case Kind::premier: name = "premier"; fields["days"] = c.days; break;
-    }
-    json::Json out = json::Json::object();
-    out[name] = std::move(fields);
-    return out;
-}
-
-json::Json encode(TransportChoice c) { return std::string(caseName(c)); }
 
 json::Json encode(const DisneyGuide::Coverage& c) {
     json::Json out = json::Json::object();
     out["from"] = encode(c.from);
     out["hotelsPublishedThrough"] = encode(c.hotelsPublishedThrough);
     out["ticketsPublishedThrough"] = encode(c.ticketsPublishedThrough);
-    return out;
-}
-
-json::Json encode(const DisneyGuide::Source& s) {
-    json::Json out = json::Json::object();
-    out["name"] = s.name;
-    out["nameEs"] = s.nameEs;
-    out["url"] = s.url;
     return out;
 }
 
@@ -472,13 +517,6 @@ json::Json encode(const DisneyGuide::Tickets& t) {
     out["adult"] = json::array(t.adult);
     out["child"] = json::array(t.child);
     out["hopper"] = json::array(t.hopper);
-    return out;
-}
-
-json::Json encode(const DisneyGuide::Span& s) {
-    json::Json out = json::Json::object();
-    out["low"] = json::number(s.low);
-    out["high"] = json::number(s.high);
     return out;
 }
 

@@ -3,6 +3,7 @@
 // the airport, and the rules that price one stay from it.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -16,54 +17,12 @@
 
 namespace tripkit {
 
-// Lightning Lane purchases. JSON is case-keyed: {"none":{}},
-// {"multiPass":{"_0":3}}, {"singlePasses":{}}, {"multiPassAndSingles":{"_0":2}},
-// {"premier":{"days":2}}.
-struct LightningLaneChoice {
-    enum class Kind { none, multiPass, singlePasses, multiPassAndSingles, premier };
-    Kind kind = Kind::none;
-    int days = 0;  // Multi Pass days, or Premier Pass days; unused otherwise
-
-    static LightningLaneChoice none() { return {}; }
-    static LightningLaneChoice multiPass(int days) { return {Kind::multiPass, days}; }
-    static LightningLaneChoice singlePasses() { return {Kind::singlePasses, 0}; }
-    static LightningLaneChoice multiPassAndSingles(int days) {
-        return {Kind::multiPassAndSingles, days};
-    }
-    static LightningLaneChoice premier(int days) { return {Kind::premier, days}; }
-
-    std::string label() const;  // "Multi Pass every park day", "Premier Pass days: 2", ...
-    friend bool operator==(const LightningLaneChoice&, const LightningLaneChoice&) = default;
-};
-
-// The ride from the airport to the hotel. JSON: the case name as a string.
-enum class TransportChoice {
-    mearsStandard,
-    mearsExpress,
-    rideshare,
-    carService,
-    rentalCar,
-    ownCar
-};
-
-const std::vector<TransportChoice>& allTransportChoices();  // in the order above
-std::string_view caseName(TransportChoice c);
-std::string_view label(TransportChoice c);  // "Mears Connect shuttle", ...
-std::optional<TransportChoice> transportChoiceFromCaseName(std::string_view name);
-
 struct DisneyGuide final : ParkGuide {
     struct Coverage {
         Day from;
         Day hotelsPublishedThrough;
         Day ticketsPublishedThrough;
         friend bool operator==(const Coverage&, const Coverage&) = default;
-    };
-    // Where the prices were taken from.
-    struct Source {
-        std::string name;
-        std::string nameEs;
-        std::string url;
-        friend bool operator==(const Source&, const Source&) = default;
     };
     // The base resort's nightly rates from `from` to `to` (both counted).
     struct Season {
@@ -100,14 +59,6 @@ struct DisneyGuide final : ParkGuide {
         std::vector<TicketRow> child;
         std::vector<HopperRow> hopper;
         friend bool operator==(const Tickets&, const Tickets&) = default;
-    };
-    // A price between the cheapest and the dearest dates.
-    struct Span {
-        double low = 0;
-        double high = 0;
-        double at(double level) const { return low + level * (high - low); }
-        double midpoint() const { return at(0.5); }
-        friend bool operator==(const Span&, const Span&) = default;
     };
     struct ParkPrice {
         std::string park;
@@ -170,6 +121,19 @@ struct DisneyGuide final : ParkGuide {
     // A federal-holiday period or a busy event.
     static bool busyDate(Day day, const std::vector<DayRange>& busyEvents);
 
+    // The pricing rules worked out one by one for a day, as the per-day
+    // tables are built; the operations below answer the same from the
+    // tables within their days.
+    double seasonLevelByRule(Day day) const;
+    std::optional<double> nightlyRateByRule(const ParkResort& resort, Day night) const;
+    // A night priced from a season carried forward from last year, or
+    // outside `coverage.from` to `coverage.hotelsPublishedThrough`.
+    bool nightEstimatedByRule(Day night) const;
+
+    // The ParkGuide operations. A stay is estimated as the coverage says:
+    // the hotel when a night is estimated (above); tickets, hopper and
+    // Lightning Lane when a park day lies outside `coverage.from` to
+    // `coverage.ticketsPublishedThrough`.
     std::vector<ParkResort> parkResorts() const override { return resorts; }
     double seasonLevel(Day day) const override;
     // Tickets are priced at the mean level of their park days; `epicUniverse`
@@ -184,38 +148,62 @@ struct DisneyGuide final : ParkGuide {
     std::optional<double> nightlyRate(const ParkResort& resort, Day night) const override;
     std::optional<HotelStay> hotelStay(const ParkResort& resort, Day checkIn, int nights,
                                        int rooms) const override;
-    bool isBusy(Day day) const override { return busyDate(day, busyEvents); }
+    bool isBusy(Day day) const override;
+
+    // Per day from the first covered day to the last season's end (at most
+    // `maxDays`): season level, holiday-period membership, whether the
+    // night's hotel price is estimated, and each resort's nightly rate.
+    struct Days {
+        static constexpr std::int64_t maxDays = 11 * 366;
+        static constexpr std::size_t maxResorts = 200;
+        Day first;
+        std::size_t count = 0;
+        std::vector<double> level;
+        std::vector<bool> holiday;
+        std::vector<bool> nightEstimated;
+        std::vector<bool> hasSeason;
+        // rates[resort * count + day], guide's resort order; unset without a season.
+        std::vector<double> rates;
+
+        // The index of `day`, or nothing outside the tables.
+        std::optional<std::size_t> at(Day day) const {
+            if (day < first || day - first >= static_cast<std::int64_t>(count)) return std::nullopt;
+            return static_cast<std::size_t>(day - first);
+        }
+    };
+    static Days buildDays(const DisneyGuide& guide);
+    const Days& days() const;
 
     bool operator==(const DisneyGuide&) const = default;
+
+private:
+    friend void decode(const json::Value& v, DisneyGuide& out);
+    // Which resort's row of the rate tables prices `resort`.
+    std::optional<std::size_t> rateRow(const ParkResort& resort) const;
+    GuideTables<Days> m_days;
 };
 
-void decode(const json::Value& v, LightningLaneChoice& out);
-void decode(const json::Value& v, TransportChoice& out);
 void decode(const json::Value& v, DisneyGuide::Coverage& out);
-void decode(const json::Value& v, DisneyGuide::Source& out);
 void decode(const json::Value& v, DisneyGuide::Season& out);
 void decode(const json::Value& v, DisneyGuide::TicketRow& out);
 void decode(const json::Value& v, DisneyGuide::HopperRow& out);
 void decode(const json::Value& v, DisneyGuide::Tickets& out);
-void decode(const json::Value& v, DisneyGuide::Span& out);
 void decode(const json::Value& v, DisneyGuide::ParkPrice& out);
 void decode(const json::Value& v, DisneyGuide::LightningLane& out);
 void decode(const json::Value& v, DisneyGuide::Mears& out);
 void decode(const json::Value& v, DisneyGuide::MearsExpress& out);
 void decode(const json::Value& v, DisneyGuide::Transport& out);
-// Also checks what pricing relies on: `baseResort` names a resort with
-// positive rates, and the child tickets have a row for every adult row.
+// Also checks what pricing relies on: `baseResort` names a resort, and the
+// child tickets have a row for every adult row. Prices are never negative,
+// a season has at least one rate and every rate and resort rate is above 0,
+// and no span (coverage, season, low to high) runs backwards.
 void decode(const json::Value& v, DisneyGuide& out);
 
-json::Json encode(const LightningLaneChoice& c);
-json::Json encode(TransportChoice c);
 json::Json encode(const DisneyGuide::Coverage& c);
-json::Json encode(const DisneyGuide::Source& s);
 json::Json encode(const DisneyGuide::Season& s);
 json::Json encode(const DisneyGuide::TicketRow& r);
 json::Json encode(const DisneyGuide::HopperRow& r);
 json::Json encode(const DisneyGuide::Tickets& t);
-json::Json encode(const DisneyGuide::Span& s);
 json::Json encode(const DisneyGuide::ParkPrice& p);
 json::Json encode(const DisneyGuide::LightningLane& l);
 json::Json encode(const DisneyGuide::Mears& m);

@@ -1,6 +1,7 @@
 #include "tripkit/party.h"
 
 #include <algorithm>
+#include <climits>
 #include <cmath>
 #include <stdexcept>
 
@@ -10,6 +11,20 @@ int checkedSum(int a, int b) {
     int sum = 0;
     if (__builtin_add_overflow(a, b, &sum)) throw std::overflow_error("count overflow");
     return sum;
+}
+
+double readAmount(const json::Value& v, std::string_view key) {
+    const json::Value field = v.field(key);
+    const double x = field.as<double>();
+    if (!(x >= 0) || !std::isfinite(x)) field.fail("expected an amount of 0 or more");
+    return x;
+}
+
+double readPositiveAmount(const json::Value& v, std::string_view key) {
+    const json::Value field = v.field(key);
+    const double x = field.as<double>();
+    if (!(x > 0) || !std::isfinite(x)) field.fail("expected a price above 0");
+    return x;
 }
 
 int Party::count(const std::function<bool(int age)>& test) const {
@@ -176,6 +191,10 @@ void decode(const json::Value& v, Party& out) {
         if (age < 0) e.fail("expected an age of 0 or more");
         out.childAges.push_back(age);
     });
+    // Every count of the party is a sum of these; none may wrap.
+    if (out.childAges.size() > static_cast<std::size_t>(INT_MAX - out.adults)) {
+        v.field("childAges").fail("too many travellers to count");
+    }
 }
 
 void decode(const json::Value& v, Tier& out) {
@@ -190,11 +209,12 @@ void decode(const json::Value& v, ParkResort& out) {
     out.tier = v.get<Tier>("tier");
     out.room = v.get<std::string>("room");
     out.roomEs = v.get<std::string>("roomEs");
-    out.low = v.get<double>("low");
-    out.high = v.get<double>("high");
+    out.low = readPositiveAmount(v, "low");
+    out.high = readPositiveAmount(v, "high");
+    if (out.high < out.low) v.fail("low is above high");
     out.getAround = v.get<std::string>("getAround");
     out.getAroundEs = v.get<std::string>("getAroundEs");
-    out.parking = v.get<double>("parking");
+    out.parking = readAmount(v, "parking");
     out.benefits = v.get<std::vector<std::string>>("benefits");
 }
 
@@ -220,11 +240,14 @@ void decode(const json::Value& v, DateWindow& out) {
     out.only = v.get<std::vector<DayRange>>("only");
     out.avoid = v.get<std::vector<DayRange>>("avoid");
     out.avoidHolidays = v.get<bool>("avoidHolidays");
+    if (out.earliest && out.latest && *out.latest < *out.earliest) {
+        v.field("latest").fail("is before earliest");
+    }
 }
 
 void decode(const json::Value& v, FoodBudget& out) {
-    out.perAdult = v.get<double>("perAdult");
-    out.perChild = v.get<double>("perChild");
+    out.perAdult = readAmount(v, "perAdult");
+    out.perChild = readAmount(v, "perChild");
 }
 
 json::Json encode(const Party& p) {

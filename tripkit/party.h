@@ -20,6 +20,12 @@ namespace tripkit {
 // a + b, or std::overflow_error: counts of people and days never wrap.
 int checkedSum(int a, int b);
 
+// Money, rates and fractions read from a guide or a search: a number of 0
+// or more (a negative price is a typo, never a discount).
+double readAmount(const json::Value& v, std::string_view key);
+// A price that must be above 0.
+double readPositiveAmount(const json::Value& v, std::string_view key);
+
 // Who travels. Every count is the adults plus the children that pass its
 // age test (ages in whole years at the time of the trip).
 struct Party {

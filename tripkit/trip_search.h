@@ -6,14 +6,19 @@
 #include <optional>
 #include <string>
 
-#include "tripkit/disney_guide.h"
+#include "tripkit/park_guide.h"
 #include "tripkit/fares.h"
 #include "tripkit/json.h"
 #include "tripkit/party.h"
 
 namespace tripkit {
 
+// Decoding refuses what no stay can be: more than `maxNights` nights, more
+// park days than the stay has days (nights + 1), a negative food budget or
+// total budget.
 struct TripSearch {
+    static constexpr int maxNights = 365;  // a stay of a year at most
+
     std::string origin;  // the main home airport
     Party party;
     int nights = 4;

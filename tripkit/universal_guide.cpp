@@ -67,12 +67,39 @@ std::optional<ParkGuide::HotelStay> UniversalGuide::hotelStay(const Hotel& hotel
     return HotelStay{hotel.from * nights * rooms, false};
 }
 
-bool UniversalGuide::busyDate(Day day) {
+namespace {
+
+bool fixedBusyDate(Day day) {
     const int month = day.month();
     const int dayOfMonth = day.dayOfMonth();
-    if (month == 1 && dayOfMonth <= 2) return true;
-    if (month == 12 && dayOfMonth >= 20) return true;
-    return isInHolidayWindow(day);
+    return (month == 1 && dayOfMonth <= 2) || (month == 12 && dayOfMonth >= 20);
+}
+
+}  // namespace
+
+bool UniversalGuide::busyDate(Day day) { return fixedBusyDate(day) || isInHolidayWindow(day); }
+
+UniversalGuide::Days UniversalGuide::buildDays(const UniversalGuide& guide) {
+    Days t;
+    t.first = guide.coverage.from;
+    const Day last = std::min(guide.coverage.to, t.first + (Days::maxDays - 1));
+    t.busy = holidayWindowDays(t.first, last);
+    for (std::size_t i = 0; i < t.busy.size(); ++i) {
+        if (fixedBusyDate(t.first + static_cast<std::int64_t>(i))) t.busy[i] = true;
+    }
+    return t;
+}
+
+const UniversalGuide::Days& UniversalGuide::days() const {
+    return m_days.get([this] { return buildDays(*this); });
+}
+
+bool UniversalGuide::isBusy(Day day) const {
+    const Days& t = days();
+    if (day >= t.first && day - t.first < static_cast<std::int64_t>(t.busy.size())) {
+        return t.busy[static_cast<std::size_t>(day - t.first)];
+    }
+    return busyDate(day);
 }
 
 std::vector<ParkResort> UniversalGuide::parkResorts() const {
@@ -82,13 +109,16 @@ std::vector<ParkResort> UniversalGuide::parkResorts() const {
     return out;
 }
 
-ParkGuide::TicketTotals UniversalGuide::ticketTotals(int parkDays, const Party& party, Day,
+ParkGuide::TicketTotals UniversalGuide::ticketTotals(int parkDays, const Party& party,
+                                                     Day firstParkDay,
                                                      bool hopper, bool withEpicUniverse) const {
     const GuestTicket ticket = guestTicket(parkDays, withEpicUniverse, hopper);
     const int guests = party.universalTicketed();
     const double withTax = 1 + taxes.tickets;
+    const Day lastParkDay = firstParkDay + (std::max(parkDays, 1) - 1);
     return {std::round(ticket.base * guests * withTax),
-            std::round(ticket.parkToPark * guests * withTax)};
+            std::round(ticket.parkToPark * guests * withTax),
+            firstParkDay < coverage.from || lastParkDay > coverage.to};
 }
 
 bool UniversalGuide::expressIncluded(const ParkResort& resort) const {
@@ -137,18 +167,19 @@ std::optional<ParkGuide::HotelStay> UniversalGuide::hotelStay(const ParkResort& 
 void decode(const json::Value& v, UniversalGuide::Coverage& out) {
     out.from = v.get<Day>("from");
     out.to = v.get<Day>("to");
+    if (out.to < out.from) v.field("to").fail("is before from");
 }
 
 void decode(const json::Value& v, UniversalGuide::Taxes& out) {
-    out.tickets = v.get<double>("tickets");
-    out.hotel = v.get<double>("hotel");
+    out.tickets = readAmount(v, "tickets");
+    out.hotel = readAmount(v, "hotel");
 }
 
 void decode(const json::Value& v, UniversalGuide::Hotel& out) {
     out.id = v.get<std::string>("id");
     out.name = v.get<std::string>("name");
     out.tier = v.get<Tier>("tier");
-    out.from = v.get<double>("from");
+    out.from = readPositiveAmount(v, "from");
     out.room = v.get<std::string>("room");
     out.roomEs = v.get<std::string>("roomEs");
     out.getAround = v.get<std::string>("getAround");
@@ -158,17 +189,21 @@ void decode(const json::Value& v, UniversalGuide::Hotel& out) {
 
 void decode(const json::Value& v, UniversalGuide::ParkPrice& out) {
     out.park = v.get<std::string>("park");
-    out.price = v.get<double>("price");
+    out.price = readAmount(v, "price");
 }
 
 void decode(const json::Value& v, UniversalGuide::Published& out) {
-    out.published = v.get<double>("published");
+    out.published = readAmount(v, "published");
 }
 
 void decode(const json::Value& v, UniversalGuide::Tickets& out) {
     out.oneDay = v.get<std::vector<UniversalGuide::ParkPrice>>("oneDay");
     out.threeDayOneParkEach = v.get<UniversalGuide::Published>("threeDayOneParkEach");
     out.threeDayParkToPark = v.get<UniversalGuide::Published>("threeDayParkToPark");
+    // The park-to-park add-on is the difference of the two.
+    if (out.threeDayParkToPark.published < out.threeDayOneParkEach.published) {
+        v.field("threeDayParkToPark").fail("costs less than threeDayOneParkEach");
+    }
 }
 
 void decode(const json::Value& v, UniversalGuide::Shuttle& out) {
@@ -193,7 +228,11 @@ void decode(const json::Value& v, UniversalGuide& out) {
     out.hotels = v.get<std::vector<UniversalGuide::Hotel>>("hotels");
     out.tickets = v.get<UniversalGuide::Tickets>("tickets");
     out.express = v.get<std::vector<std::string>>("express");
+    v.field("express").forEach([&](const json::Value& id) {
+        if (!out.hotelWithId(id.stringView())) id.fail("no hotel with id " + id.string());
+    });
     out.transport = v.get<UniversalGuide::Transport>("transport");
+    out.m_days.drop();
 }
 
 json::Json encode(const UniversalGuide::Coverage& c) {

@@ -4,13 +4,13 @@
 // ride is estimated from rideshare, car-service and rental-car ranges.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "tripkit/days.h"
-#include "tripkit/disney_guide.h"
 #include "tripkit/json.h"
 #include "tripkit/park_guide.h"
 #include "tripkit/party.h"
@@ -20,9 +20,6 @@ namespace tripkit {
 struct UniversalGuide final : ParkGuide {
     static constexpr std::string_view studiosPark = "Universal Studios Florida";
     static constexpr std::string_view epicUniversePark = "Universal Epic Universe";
-
-    using Source = DisneyGuide::Source;
-    using Span = DisneyGuide::Span;
 
     // The prices hold from `from` to `to`, both counted.
     struct Coverage {
@@ -114,10 +111,21 @@ struct UniversalGuide final : ParkGuide {
     // 1 and 2 January, 20 to 31 December and the federal-holiday periods.
     static bool busyDate(Day day);
 
+    // Whether each covered day is busy (at most `maxDays` from
+    // `coverage.from`); the rates are one per hotel, so need no table.
+    struct Days {
+        static constexpr std::int64_t maxDays = 11 * 366;
+        Day first;
+        std::vector<bool> busy;
+    };
+    static Days buildDays(const UniversalGuide& guide);
+    const Days& days() const;
+
     std::vector<ParkResort> parkResorts() const override;
     // No seasons: every day sits in the middle.
     double seasonLevel(Day) const override { return 0.5; }
-    // Children of 3 and over pay the adult price; taxes added.
+    // Children of 3 and over pay the adult price; taxes added. Estimated
+    // when a park day lies outside the coverage.
     TicketTotals ticketTotals(int parkDays, const Party& party, Day firstParkDay, bool hopper,
                               bool withEpicUniverse) const override;
     // Lightning Lane is Disney's.
@@ -131,9 +139,16 @@ struct UniversalGuide final : ParkGuide {
     std::optional<double> nightlyRate(const ParkResort& resort, Day night) const override;
     std::optional<HotelStay> hotelStay(const ParkResort& resort, Day checkIn, int nights,
                                        int rooms) const override;
-    bool isBusy(Day day) const override { return busyDate(day); }
+    bool isBusy(Day day) const override;
 
     bool operator==(const UniversalGuide&) const = default;
+
+private:
+    friend // Also checks that prices are not negative, hotel rates are above 0, the
+// coverage does not run backwards, the park-to-park ticket costs at least
+// the 3-day one, and every Express hotel is one of the guide's.
+void decode(const json::Value& v, UniversalGuide& out);
+    GuideTables<Days> m_days;
 };
 
 void decode(const json::Value& v, UniversalGuide::Coverage& out);
@@ -144,6 +159,9 @@ void decode(const json::Value& v, UniversalGuide::Published& out);
 void decode(const json::Value& v, UniversalGuide::Tickets& out);
 void decode(const json::Value& v, UniversalGuide::Shuttle& out);
 void decode(const json::Value& v, UniversalGuide::Transport& out);
+// Also checks that prices are not negative, hotel rates are above 0, the
+// coverage does not run backwards, the park-to-park ticket costs at least
+// the 3-day one, and every Express hotel is one of the guide's.
 void decode(const json::Value& v, UniversalGuide& out);
 
 json::Json encode(const UniversalGuide::Coverage& c);

@@ -1,5 +1,6 @@
 #include "tripkit/disney_guide.h"
 
+#include <array>
 #include <stdexcept>
 
 #include <gtest/gtest.h>
@@ -49,15 +50,51 @@ TEST_F(DisneyGuideTest, GuidesThatCannotPriceDoNotDecode) {
         return testing::decodeError<DisneyGuide>(text, "disney-guide.json");
     };
     const std::string text = parkData("disney-guide.json");
-    EXPECT_EQ(
-        error(replaced(text, R"("baseResort": "Base Value Resort")", R"("baseResort": "Nowhere")")),
-        "disney-guide.json: baseResort: no resort named Nowhere");
-    EXPECT_EQ(error(replaced(text, R"(, {"days": 3, "low": 255, "high": 405})", "")),
-              "disney-guide.json: tickets.child: expected a row for every adult row");
-    EXPECT_EQ(error(replaced(text, R"("low": 100, "high": 300)", R"("low": 0, "high": 300)")),
-              "disney-guide.json: baseResort: the base resort needs rates above 0");
-    EXPECT_EQ(error(replaced(text, R"("roundTripUpTo4": 250, )", "")),
-              "disney-guide.json: transport.mearsExpress.roundTripUpTo4: required key is missing");
+    // Each case: what is replaced in the test guide, by what, and the error.
+    const std::vector<std::array<std::string, 3>> cases = {
+        {R"("baseResort": "Base Value Resort")", R"("baseResort": "Nowhere")",
+         "baseResort: no resort named Nowhere"},
+        {R"(, {"days": 3, "low": 255, "high": 405})", "",
+         "tickets.child: expected a row for every adult row"},
+        {R"("roundTripUpTo4": 250, )", "",
+         "transport.mearsExpress.roundTripUpTo4: required key is missing"},
+        // Values no price sheet can hold.
+        {R"("low": 100, "high": 300)", R"("low": 0, "high": 300)",
+         "resorts[0].low: expected a price above 0"},
+        {R"("low": 200, "high": 450)", R"("low": 500, "high": 450)", "resorts[1]: low is above high"},
+        {R"("parking": 20)", R"("parking": -20)",
+         "resorts[1].parking: expected an amount of 0 or more"},
+        {R"("rates": [150, 200])", R"("rates": [])", "calendar[1].rates: expected at least one rate"},
+        {R"("rates": [150, 200])", R"("rates": [150, -200])",
+         "calendar[1].rates[1]: expected a price above 0"},
+        {R"("from": "2027-02-01", "to": "2027-02-28")", R"("from": "2027-03-01", "to": "2027-02-28")",
+         "calendar[1]: from 2027-03-01 is after to 2027-02-28"},
+        {R"("hotelsPublishedThrough": "2027-03-30")", R"("hotelsPublishedThrough": "2026-03-30")",
+         "coverage.hotelsPublishedThrough: is before from"},
+        {R"({"days": 2, "low": 190, "high": 290})", R"({"days": 2, "low": -190, "high": 290})",
+         "tickets.adult[1].low: expected an amount of 0 or more"},
+        {R"({"days": 2, "low": 190, "high": 290})", R"({"days": 2, "low": 390, "high": 290})",
+         "tickets.adult[1]: low is above high"},
+        {R"({"days": 1, "low": 100, "high": 150})", R"({"days": 0, "low": 100, "high": 150})",
+         "tickets.adult[0].days: expected 1 or more"},
+        {R"({"fromDays": 3,)", R"({"fromDays": -3,)",
+         "tickets.hopper[1].fromDays: expected a count of 0 or more"},
+        {R"("taxRate": 0.065)", R"("taxRate": -0.065)",
+         "lightningLane.taxRate: expected an amount of 0 or more"},
+        {R"("multiPass": {"low": 15, "high": 39})", R"("multiPass": {"low": 40, "high": 39})",
+         "lightningLane.multiPass: low is above high"},
+        {R"("park": "Ride B", "low": 14)", R"("park": "Ride B", "low": -14)",
+         "lightningLane.singlePass[1].low: expected an amount of 0 or more"},
+        {R"("child": 13.25)", R"("child": -13.25)",
+         "transport.mearsStandard.child: expected an amount of 0 or more"},
+        {R"("perExtraPerson": 40)", R"("perExtraPerson": -40)",
+         "transport.mearsExpress.perExtraPerson: expected an amount of 0 or more"},
+        {R"("carService": {"low": 120, "high": 161})", R"("carService": {"low": 120, "high": -161})",
+         "transport.carService.high: expected an amount of 0 or more"},
+    };
+    for (const auto& [from, to, message] : cases) {
+        EXPECT_EQ(error(replaced(text, from, to)), "disney-guide.json: " + message) << to;
+    }
 
     // Built in code without them, pricing stops rather than guessing.
     DisneyGuide noBase = guide;

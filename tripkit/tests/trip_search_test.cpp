@@ -1,5 +1,7 @@
 #include "tripkit/trip_search.h"
 
+#include <array>
+
 #include <gtest/gtest.h>
 
 #include "tripkit/tests/test_data.h"
@@ -65,6 +67,27 @@ TEST(TripSearch, ErrorsNameTheKeyPath) {
               "search.json: parkDays: expected a count of 0 or more");
     EXPECT_EQ(errorOf(replaced(text, R"("childAges": [10, 9, 2, 1])", R"("childAges": [10, "9"])")),
               "search.json: party.childAges[1]: expected an integer");
+
+    // Searches no trip can answer.
+    const std::vector<std::array<std::string, 3>> impossible = {
+        {R"("perAdult": 60)", R"("perAdult": -60)",
+         "food.perAdult: expected an amount of 0 or more"},
+        {R"("parkDays": 3)", R"("parkDays": 6)", "parkDays: expected at most 5 park days in 4 nights"},
+        {R"("nights": 4)", R"("nights": 2147483647)", "nights: expected 0 to 365 nights"},
+        {R"("adults": 2)", R"("adults": 2147483646)", "party.childAges: too many travellers to count"},
+        {R"("maxTotal": 9000)", R"("maxTotal": -1)", "maxTotal: expected an amount of 0 or more"},
+        {R"({"premier": {"days": 2}})", R"({"premier": {"days": -2}})",
+         "lightningLane.premier.days: expected a count of 0 or more"},
+        {R"("earliest": "2027-01-10")", R"("earliest": "2027-01-10", "latest": "2027-01-09")",
+         "window.latest: is before earliest"},
+    };
+    for (const auto& [from, to, message] : impossible) {
+        EXPECT_EQ(errorOf(replaced(text, from, to)), "search.json: " + message) << to;
+    }
+    // The edges that are still a trip.
+    EXPECT_EQ(errorOf(replaced(text, R"("parkDays": 3)", R"("parkDays": 5)")), "decoded");
+    EXPECT_EQ(errorOf(replaced(text, R"("nights": 4)", R"("nights": 365)")), "decoded");
+    EXPECT_EQ(errorOf(replaced(text, R"("adults": 2)", R"("adults": 2147483643)")), "decoded");
 }
 
 TEST(LightningLaneChoice, CaseKeyedJson) {
