@@ -33,15 +33,8 @@ RoundTrip trip(const std::string& to, int departIn, double price,
     return t;
 }
 
-CalendarBook book(const std::string& origin, std::vector<RoundTrip> trips) {
-    CalendarBook b;
-    b.origin = origin;
-    b.updated = kToday.text();
-    for (RoundTrip& t : trips) {
-        t.origin = origin;
-        b.routes[t.destination].push_back(std::move(t));
-    }
-    return b;
+CalendarBook book(const std::string& origin, const std::vector<RoundTrip>& trips) {
+    return CalendarBook::init(origin, kToday.text(), trips);
 }
 
 std::vector<int> departures(const std::vector<RoundTrip>& trips) {
@@ -62,7 +55,7 @@ TEST(CalendarBook, DecodesCellsAndSkipsTheBadOnes) {
     EXPECT_EQ(b.updatedDay(), kToday);
     EXPECT_TRUE(b.routes.at("CUN").empty());
     std::vector<std::string> lis;
-    for (const RoundTrip& t : b.routes.at("LIS")) {
+    for (const RoundTrip& t : b.trips("LIS")) {
         EXPECT_EQ(t.origin + t.destination, "JFKLIS");
         EXPECT_EQ(t.link, std::nullopt);
         lis.push_back(describe(t));
@@ -78,13 +71,14 @@ TEST(CalendarBook, DecodesCellsAndSkipsTheBadOnes) {
                        "2026-12-05 440 TP 0 - 2026-11-20",
                        "2026-12-09 450 TP 2 - 2026-11-20",
                    }));
-    EXPECT_EQ(b.routes.at("LIS")[0].nights(), 8);
-    EXPECT_EQ(b.routes.at("LIS")[1].nights(), std::nullopt);
+    EXPECT_EQ(b.trips("LIS")[0].nights(), 8);
+    EXPECT_EQ(b.trips("LIS")[1].nights(), std::nullopt);
+    EXPECT_EQ(b.skippedImpossible, 2);  // the two prices; an undated cell is not counted
 
     // Without a readable "updated", a trip without its own seen has none.
     const auto undated = json::decodeDocument<CalendarBook>(
         R"({"origin":"EWR","updated":"soon","routes":{"CUN":{"2026-12-01":[219,"UA",0]}}})", "c");
-    EXPECT_EQ(undated.routes.at("CUN").at(0).seen, std::nullopt);
+    EXPECT_EQ(undated.trips("CUN").at(0).seen, std::nullopt);
 }
 
 TEST(CalendarBook, MalformedFilesFailWhole) {
@@ -120,8 +114,9 @@ TEST(CalendarBook, EncodesPositionallyAndRoundTrips) {
     EXPECT_EQ(json::decodeDocument<CalendarBook>(j.dump(), "again"), b);
 
     // Built from values: no seen leaves the array after a null back.
-    CalendarBook made{"EWR", "later", {{"CUN", {trip("CUN", 3, 219, std::nullopt, "EWR")}}}};
-    made.routes["CUN"][0].returnDay.reset();
+    RoundTrip oneWay = trip("CUN", 3, 219, std::nullopt, "EWR");
+    oneWay.returnDay.reset();
+    const CalendarBook made = CalendarBook::init("EWR", "later", {oneWay});
     const json::Json encoded = encode(made);
     EXPECT_EQ(encoded["routes"]["CUN"][(kToday + 3).text()].dump(), R"([219,"B6",0,null])");
     EXPECT_EQ(json::decodeDocument<CalendarBook>(encoded.dump(), "again"), made);
@@ -151,15 +146,15 @@ TEST(FareCalendar, MergeKeepsTheCheapestAndTiesGoToTheFirstBook) {
     auto ewr = book("EWR", {trip("LIS", 10, 400), trip("LIS", 11, 299.99), trip("CUN", 10, 251),
                             trip("SJU", 12, std::numeric_limits<double>::infinity())});
     const FareCalendar c({jfk, ewr});
-    const auto& lis = c.byDestination.at("LIS");
-    EXPECT_EQ(lis.at(kToday + 10).origin, "JFK");  // equal price: the first book stays
-    EXPECT_EQ(lis.at(kToday + 11).origin, "EWR");  // strictly lower replaces
-    EXPECT_EQ(c.byDestination.at("CUN").at(kToday + 10).origin, "JFK");
+    EXPECT_EQ(c.trip("LIS", kToday + 10)->origin, "JFK");  // equal price: the first book stays
+    EXPECT_EQ(c.trip("LIS", kToday + 11)->origin, "EWR");  // strictly lower replaces
+    EXPECT_EQ(c.trip("LIS", kToday + 11)->airline, "B6");
+    EXPECT_EQ(c.trip("CUN", kToday + 10)->origin, "JFK");
     EXPECT_FALSE(c.byDestination.contains("SJU"));  // an infinite price is no fare
 
     // Order of the books decides ties only.
     const FareCalendar reversed({ewr, jfk});
-    EXPECT_EQ(reversed.byDestination.at("LIS").at(kToday + 10).origin, "EWR");
+    EXPECT_EQ(reversed.trip("LIS", kToday + 10)->origin, "EWR");
 
     CalendarBook empty = book("JFK", {});
     empty.routes["LIS"];
