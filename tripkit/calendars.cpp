@@ -1,6 +1,7 @@
 #include "tripkit/calendars.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <unordered_map>
@@ -67,26 +68,72 @@ private:
     std::uint32_t m_last = UINT32_MAX;
 };
 
+// Codes of up to seven characters as one integer (length in the top byte),
+// so that the few airlines of a file are told apart without a string compare.
+std::uint64_t packedCode(std::string_view s) {
+    std::uint64_t key = static_cast<std::uint64_t>(s.size()) << 56;
+    for (std::size_t i = 0; i < s.size(); ++i) {
+        key |= static_cast<std::uint64_t>(static_cast<unsigned char>(s[i])) << (8 * i);
+    }
+    return key;
+}
+
+// The airline table of one decode: short codes are found in a small
+// direct-mapped cache, anything else through the NameTable.
+class AirlineTable {
+public:
+    explicit AirlineTable(std::vector<std::string>& table) : m_names(table) {}
+    std::uint32_t intern(std::string_view name) {
+        if (name.size() > 7) return m_names.intern(name);
+        const std::uint64_t key = packedCode(name);
+        Slot& slot = m_slots[(key * 0x9E3779B97F4A7C15ull) >> 56];
+        if (slot.key == key) return slot.index;
+        const std::uint32_t index = m_names.intern(name);
+        slot = Slot{key, index};
+        return index;
+    }
+
+private:
+    struct Slot {
+        std::uint64_t key = UINT64_MAX;  // no code packs to this: lengths are below 8
+        std::uint32_t index = 0;
+    };
+    NameTable m_names;
+    std::array<Slot, 256> m_slots{};
+};
+
 // Day::parse with the first of the month kept: a calendar's day texts come
 // in runs of one month, so most only need their last two digits read.
 class DayReader {
 public:
     std::optional<Day> read(std::string_view text) {
-        if (text.size() == 10 && text[4] == '-' && text[7] == '-' && digit(text[8]) &&
-            digit(text[9])) {
-            const int dayOfMonth = (text[8] - '0') * 10 + (text[9] - '0');
-            if (m_monthStart && std::memcmp(text.data(), m_month, 8) == 0 && dayOfMonth >= 1 &&
-                dayOfMonth <= 31) {
-                return *m_monthStart + (dayOfMonth - 1);
+        if (text.size() == 10) {
+            std::uint64_t month = 0;
+            std::memcpy(&month, text.data(), 8);
+            const unsigned tens = static_cast<unsigned char>(text[8]) - '0';
+            const unsigned ones = static_cast<unsigned char>(text[9]) - '0';
+            const unsigned dayOfMonth = tens * 10 + ones;
+            if (month == m_month && tens <= 9 && ones <= 9 && dayOfMonth >= 1 && dayOfMonth <= 31) {
+                return Day{m_monthStart + dayOfMonth - 1};
             }
-            const auto first = Day::parse(std::string(text.substr(0, 8)) + "01");
+        }
+        return readNewMonth(text);
+    }
+
+private:
+    [[gnu::noinline]] std::optional<Day> readNewMonth(std::string_view text) {
+        if (text.size() == 10 && digit(text[8]) && digit(text[9])) {
+            const int dayOfMonth = (text[8] - '0') * 10 + (text[9] - '0');
             const bool plain = std::all_of(text.begin(), text.begin() + 4, digit) &&
-                               digit(text[5]) && digit(text[6]);
-            if (first && plain) {
-                text.copy(m_month, 8);
-                m_monthStart = first;
+                               text[4] == '-' && digit(text[5]) && digit(text[6]) && text[7] == '-';
+            const int monthNumber = (text[5] - '0') * 10 + (text[6] - '0');
+            if (plain && monthNumber >= 1 && monthNumber <= 12) {
+                const int year = (text[0] - '0') * 1000 + (text[1] - '0') * 100 +
+                                 (text[2] - '0') * 10 + (text[3] - '0');
+                std::memcpy(&m_month, text.data(), 8);
+                m_monthStart = Day::fromCivil(year, monthNumber, 1).count;
                 if (dayOfMonth < 1 || dayOfMonth > 31) return std::nullopt;
-                return *first + (dayOfMonth - 1);
+                return Day{m_monthStart + dayOfMonth - 1};
             }
         }
         return Day::parse(text);
@@ -94,8 +141,10 @@ public:
 
 private:
     static bool digit(char c) { return c >= '0' && c <= '9'; }
-    char m_month[8] = {};
-    std::optional<Day> m_monthStart;
+    // The first eight bytes of the last plain day text; all-0xFF (invalid
+    // UTF-8, so in no parsed text) until one is read.
+    std::uint64_t m_month = UINT64_MAX;
+    std::int64_t m_monthStart = 0;
 };
 
 }  // namespace
@@ -361,7 +410,7 @@ struct Cell {
     std::optional<std::string_view> seen;
 };
 
-Cell readCell(const json::Value& v) {
+inline Cell readCell(const json::Value& v) {
     if (!v.isArray()) v.fail("expected an array");
     const std::size_t size = v.size();
     if (size < 3 || size > 5) v.fail(kCellShape + std::to_string(size));
@@ -371,7 +420,12 @@ Cell readCell(const json::Value& v) {
         switch (i++) {
             case 0: cell.price = e.number(); break;
             case 1: cell.airline = e.stringView(); break;
-            case 2: cell.stops = e.as<int>(); break;
+            case 2: {
+                const std::int64_t stops = e.integer();
+                if (stops < INT32_MIN || stops > INT32_MAX) e.fail("integer out of range");
+                cell.stops = static_cast<int>(stops);
+                break;
+            }
             case 3:
                 if (!e.isNull()) cell.back = e.stringView();
                 break;
@@ -402,7 +456,7 @@ void decode(const json::Value& v, CalendarBook& out) {
     out.routes.clear();
     out.airlines.clear();
     out.skippedImpossible = 0;
-    NameTable airlines(out.airlines);
+    AirlineTable airlines(out.airlines);
     DayReader departs, backs, seens;
     v.field("routes").forEachMember([&](std::string_view to, const json::Value& days) {
         auto route = out.routes.find(to);

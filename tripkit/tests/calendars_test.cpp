@@ -107,6 +107,62 @@ TEST(CalendarBook, MalformedFilesFailWhole) {
     }
 }
 
+TEST(CalendarBook, CellsWithImpossibleValuesAreSkippedAndCounted) {
+    // The file is of 2026-11-20; each cell leaves on 2026-12-01.
+    struct Case {
+        const char* cell;
+        bool kept;
+    };
+    const std::vector<Case> cases = {
+        {R"([412,"TP",0,"2026-12-09","2026-11-20"])", true},
+        {R"([412,"TP",0,"2026-12-01"])", true},               // back the same day
+        {R"([412,"TP",0,"2026-11-30"])", false},              // back before leaving
+        {R"([412,"TP",-1])", false},                          // negative stops
+        {R"([0,"TP",0])", false},                             // no price
+        {R"([-3.5,"TP",0])", false},
+        {R"([412,"TP",0,null,"2026-11-21"])", false},         // seen after the file's day
+        {R"([412,"TP",0,"2026-02-30","2026-11-20"])", false}, // rolls to March: before leaving
+        {R"([412,"TP",0,"soon","later"])", true},             // one way, seen on the file's day
+    };
+    for (const Case& c : cases) {
+        const std::string text = std::string(R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":{"2026-12-01":)") +
+                                 c.cell + "}}}";
+        const auto b = json::decodeDocument<CalendarBook>(text, "calendars/JFK.json");
+        EXPECT_EQ(b.tripCount(), c.kept ? 1u : 0u) << c.cell;
+        EXPECT_EQ(b.skippedImpossible, c.kept ? 0 : 1) << c.cell;
+    }
+    // Without a readable file day, no seen day can be told to be late.
+    const auto undated = json::decodeDocument<CalendarBook>(
+        R"({"origin":"JFK","updated":"?","routes":{"LIS":{"2026-12-01":[412,"TP",0,null,"2030-01-01"]}}})", "c");
+    EXPECT_EQ(undated.tripCount(), 1u);
+}
+
+TEST(CalendarBook, DayTextsReadAsDayParseReadsThem) {
+    // The calendar's quick day reader against Day::parse, over month runs,
+    // month changes, rolled-over and broken days.
+    const std::vector<std::string> days = {
+        "2026-12-01", "2026-12-31", "2026-12-32", "2026-12-00", "2027-01-01", "2026-02-30",
+        "2026-13-01", "2026-00-10", "20261201", "2026-1-05", "0001-01-01", "2026-12-1x",
+        "+026-12-01", "2026-12-01T10:00", "2026-12-02"};
+    // One file, so that each text is read after the one before it.
+    std::string cells;
+    std::vector<Day> expected;
+    for (const std::string& day : days) {
+        if (!cells.empty()) cells += ",";
+        cells += R"(")" + day + R"(":[100,"TP",0,")" + day + R"("])";
+        if (auto parsed = Day::parse(day)) expected.push_back(*parsed);
+    }
+    const auto b = json::decodeDocument<CalendarBook>(
+        R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":{)" + cells + "}}}", "c");
+    std::vector<Day> departs, backs;
+    for (const RoundTrip& t : b.trips("LIS")) {
+        departs.push_back(t.depart);
+        backs.push_back(t.returnDay.value_or(Day{}));
+    }
+    EXPECT_EQ(departs, expected);
+    EXPECT_EQ(backs, expected);
+}
+
 TEST(CalendarBook, EncodesPositionallyAndRoundTrips) {
     const auto b = json::decodeDocument<CalendarBook>(readData("JFK.json"), "calendars/JFK.json");
     const json::Json j = encode(b);
@@ -159,6 +215,29 @@ TEST(FareCalendar, MergeKeepsTheCheapestAndTiesGoToTheFirstBook) {
     CalendarBook empty = book("JFK", {});
     empty.routes["LIS"];
     EXPECT_TRUE(FareCalendar({empty, book("EWR", {})}).isEmpty());
+}
+
+TEST(FareCalendar, OneBookNamingADayTwiceKeepsItsCheaperCellFirstMet) {
+    // 2026-11-31 rolls over to December 1, which the file names again.
+    const auto b = json::decodeDocument<CalendarBook>(
+        R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":{)"
+        R"("2026-12-02":[300,"TP",0],"2026-11-31":[250,"TP",0],"2026-12-01":[250,"UA",0],)"
+        R"("2026-11-30":[260,"TP",0]},"CUN":{"2026-12-01":[90,"AA",0]}}})",
+        "c");
+    const FareCalendar c({b});
+    EXPECT_EQ(departures(c.trips("LIS", kToday)), (std::vector<int>{10, 11, 12}));
+    EXPECT_EQ(c.trip("LIS", kToday + 11)->airline, "TP");  // equal price: the first cell stays
+    EXPECT_EQ(c.trip("CUN", kToday + 11)->airline, "AA");
+    EXPECT_EQ(c.trip("LIS", kToday + 13), std::nullopt);
+
+    // A later book adding days before, between and after the held ones.
+    const FareCalendar merged({b, book("EWR", {trip("LIS", 9, 500), trip("LIS", 11, 249),
+                                                trip("LIS", 30, 100)})});
+    std::vector<std::string> seen;
+    for (const RoundTrip& t : merged.trips("LIS", kToday)) {
+        seen.push_back(std::to_string(t.depart - kToday) + t.origin);
+    }
+    EXPECT_EQ(seen, (std::vector<std::string>{"9EWR", "10JFK", "11EWR", "12JFK", "30EWR"}));
 }
 
 TEST(FareCalendar, UsableTripsLeaveWithinTheHorizonAndWereSeenThisWeek) {
