@@ -23,7 +23,7 @@ std::string placeName(const std::string& code) {
 std::string row(const std::string& month, const RoundTrip& t, Day today) {
     const auto nights = t.nights();
     return fmt::format("{}{:<14}  {:<14}  {:>6}  {:>9}  {:<18} {:>5}  {:<4} {:>3}d{}\n", month,
-                       dayWithWeekday(t.depart), t.returnDay ? dayWithWeekday(*t.returnDay) : "-",
+                       dayWithWeekday(t.depart), t.returnDay ? dayWithWeekday(*t.returnDay) : "one way",
                        nights ? std::to_string(*nights) : "-", money(t.price),
                        Airline::display(t.airline),
                        t.stops == 0 ? std::string("non") : std::to_string(t.stops), t.origin,

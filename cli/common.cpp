@@ -108,15 +108,36 @@ std::optional<tripkit::FareHistory> loadFareHistory(const DataOptions& data, tri
 }
 
 std::optional<tripkit::FareCalendar> loadFareCalendar(const DataOptions& data, std::ostream& err) {
-    auto files = loadHomeFiles<tripkit::CalendarBook>(data.dataDir, "calendars",
-                                                      parseHomeCodes(data.homes), err);
-    if (files.empty()) {
+    // Each book is merged as soon as it is read, so only one is held at a time.
+    tripkit::FareCalendar calendar;
+    bool any = false;
+    for (const std::string& code : parseHomeCodes(data.homes)) {
+        const std::string relative = "calendars/" + code + ".json";
+        const std::string path = data.dataDir + "/" + relative;
+        try {
+            std::optional<std::string> bytes = readFile(path);
+            if (!bytes) {
+                reportSkipped(err, code, "no file " + path);
+                continue;
+            }
+            const auto book = tripkit::json::decodeDocument<tripkit::CalendarBook>(
+                tripkit::json::padded(std::move(*bytes)), relative);
+            if (book.skippedImpossible > 0) {
+                err << "roamwise-cli: " << relative << ": skipped " << book.skippedImpossible
+                    << " calendar fare" << (book.skippedImpossible == 1 ? "" : "s")
+                    << " with impossible values\n";
+            }
+            calendar.add(book);
+            any = true;
+        } catch (const std::exception& e) {
+            reportSkipped(err, code, e.what());
+        }
+    }
+    if (!any) {
         err << "roamwise-cli: no calendar file could be read\n";
         return std::nullopt;
     }
-    std::vector<tripkit::CalendarBook> books;
-    for (auto& f : files) books.push_back(std::move(f.value));
-    return tripkit::FareCalendar(books);
+    return calendar;
 }
 
 tripkit::json::Json tripJson(const tripkit::RoundTrip& trip, tripkit::Day today) {

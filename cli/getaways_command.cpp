@@ -90,7 +90,7 @@ void printTable(std::ostream& out, const std::vector<Getaway>& getaways, const T
         out << fmt::format(
             "{:<5} {:<18} {:>9}  {:<14}  {:<14}  {:>6}  {:<18} {:>5}  {:<4} {:>3}d{}\n",
             t.destination, place ? place->name : "", money(t.price), dayWithWeekday(t.depart),
-            t.returnDay ? dayWithWeekday(*t.returnDay) : "-",
+            t.returnDay ? dayWithWeekday(*t.returnDay) : "one way",
             nights ? std::to_string(*nights) : "-", Airline::display(t.airline),
             t.stops == 0 ? std::string("non") : std::to_string(t.stops), t.origin,
             Freshness::age(t.seen, today), t.isStale(today) ? " *" : "");

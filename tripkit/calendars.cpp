@@ -1,7 +1,10 @@
 #include "tripkit/calendars.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstring>
+#include <unordered_map>
 
 #include "tripkit/freshness.h"
 #include "tripkit/hashing.h"
@@ -15,68 +18,354 @@ std::optional<std::int64_t> RoundTrip::nights() const {
 
 bool RoundTrip::isStale(Day today) const { return Freshness::isStale(seen, today); }
 
-FareCalendar::FareCalendar(const std::vector<CalendarBook>& books) {
-    for (const CalendarBook& book : books) {
-        for (const auto& [to, trips] : book.routes) {
-            for (const RoundTrip& trip : trips) {
-                if (std::isinf(trip.price)) continue;
-                auto& days = byDestination[to];
-                auto [slot, inserted] = days.try_emplace(trip.depart, trip);
-                // Strictly lower only: on a tie the earlier (main) airport stays.
-                if (!inserted && trip.price < slot->second.price) slot->second = trip;
-            }
-        }
-    }
+namespace {
+
+bool fitsDayCount(Day d) { return d.count > CalendarFare::noDay && d.count <= INT32_MAX; }
+std::int32_t dayCount(std::optional<Day> d) {
+    return d ? static_cast<std::int32_t>(d->count) : CalendarFare::noDay;
 }
 
-std::vector<RoundTrip> FareCalendar::trips(std::string_view to, Day from) const {
+// The index of `name` in `table`, added at the end when new. For the few
+// names of one book; the decoder and the merge use NameTable.
+std::uint32_t internSmall(std::vector<std::string>& table, std::string_view name) {
+    for (std::size_t i = 0; i < table.size(); ++i) {
+        if (table[i] == name) return static_cast<std::uint32_t>(i);
+    }
+    table.emplace_back(name);
+    return static_cast<std::uint32_t>(table.size() - 1);
+}
+
+struct NameHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view s) const noexcept {
+        return std::hash<std::string_view>{}(s);
+    }
+};
+
+// Interns names into a table with a hash index, so that a file naming many
+// airlines stays linear; the last name met is checked first (a calendar
+// names the same few airlines over and over).
+class NameTable {
+public:
+    explicit NameTable(std::vector<std::string>& table) : m_table(table) {
+        for (std::size_t i = 0; i < table.size(); ++i) {
+            m_index.emplace(table[i], static_cast<std::uint32_t>(i));
+        }
+    }
+    std::uint32_t intern(std::string_view name) {
+        if (m_last < m_table.size() && m_table[m_last] == name) return m_last;
+        auto found = m_index.find(name);
+        if (found != m_index.end()) return m_last = found->second;
+        m_table.emplace_back(name);
+        m_last = static_cast<std::uint32_t>(m_table.size() - 1);
+        m_index.emplace(m_table.back(), m_last);
+        return m_last;
+    }
+
+private:
+    std::vector<std::string>& m_table;
+    std::unordered_map<std::string, std::uint32_t, NameHash, std::equal_to<>> m_index;
+    std::uint32_t m_last = UINT32_MAX;
+};
+
+// Codes of up to seven characters as one integer (length in the top byte),
+// so that the few airlines of a file are told apart without a string compare.
+std::uint64_t packedCode(std::string_view s) {
+    std::uint64_t key = static_cast<std::uint64_t>(s.size()) << 56;
+    for (std::size_t i = 0; i < s.size(); ++i) {
+        key |= static_cast<std::uint64_t>(static_cast<unsigned char>(s[i])) << (8 * i);
+    }
+    return key;
+}
+
+// The airline table of one decode: short codes are found in a small
+// direct-mapped cache, anything else through the NameTable.
+class AirlineTable {
+public:
+    explicit AirlineTable(std::vector<std::string>& table) : m_names(table) {}
+    std::uint32_t intern(std::string_view name) {
+        if (name.size() > 7) return m_names.intern(name);
+        const std::uint64_t key = packedCode(name);
+        Slot& slot = m_slots[(key * 0x9E3779B97F4A7C15ull) >> 56];
+        if (slot.key == key) return slot.index;
+        const std::uint32_t index = m_names.intern(name);
+        slot = Slot{key, index};
+        return index;
+    }
+
+private:
+    struct Slot {
+        std::uint64_t key = UINT64_MAX;  // no code packs to this: lengths are below 8
+        std::uint32_t index = 0;
+    };
+    NameTable m_names;
+    std::array<Slot, 256> m_slots{};
+};
+
+// Day::parse with the first of the month kept: a calendar's day texts come
+// in runs of one month, so most only need their last two digits read.
+class DayReader {
+public:
+    std::optional<Day> read(std::string_view text) {
+        if (text.size() == 10) {
+            std::uint64_t month = 0;
+            std::memcpy(&month, text.data(), 8);
+            const unsigned tens = static_cast<unsigned char>(text[8]) - '0';
+            const unsigned ones = static_cast<unsigned char>(text[9]) - '0';
+            const unsigned dayOfMonth = tens * 10 + ones;
+            if (month == m_month && tens <= 9 && ones <= 9 && dayOfMonth >= 1 && dayOfMonth <= 31) {
+                return Day{m_monthStart + dayOfMonth - 1};
+            }
+        }
+        return readNewMonth(text);
+    }
+
+private:
+    [[gnu::noinline]] std::optional<Day> readNewMonth(std::string_view text) {
+        if (text.size() == 10 && digit(text[8]) && digit(text[9])) {
+            const int dayOfMonth = (text[8] - '0') * 10 + (text[9] - '0');
+            const bool plain = std::all_of(text.begin(), text.begin() + 4, digit) &&
+                               text[4] == '-' && digit(text[5]) && digit(text[6]) && text[7] == '-';
+            const int monthNumber = (text[5] - '0') * 10 + (text[6] - '0');
+            if (plain && monthNumber >= 1 && monthNumber <= 12) {
+                const int year = (text[0] - '0') * 1000 + (text[1] - '0') * 100 +
+                                 (text[2] - '0') * 10 + (text[3] - '0');
+                std::memcpy(&m_month, text.data(), 8);
+                m_monthStart = Day::fromCivil(year, monthNumber, 1).count;
+                if (dayOfMonth < 1 || dayOfMonth > 31) return std::nullopt;
+                return Day{m_monthStart + dayOfMonth - 1};
+            }
+        }
+        return Day::parse(text);
+    }
+
+private:
+    static bool digit(char c) { return c >= '0' && c <= '9'; }
+    // The first eight bytes of the last plain day text; all-0xFF (invalid
+    // UTF-8, so in no parsed text) until one is read.
+    std::uint64_t m_month = UINT64_MAX;
+    std::int64_t m_monthStart = 0;
+};
+
+}  // namespace
+
+CalendarBook CalendarBook::init(std::string origin, std::string updated,
+                                const std::vector<RoundTrip>& trips) {
+    CalendarBook book;
+    book.origin = std::move(origin);
+    book.updated = std::move(updated);
+    for (const RoundTrip& trip : trips) book.add(trip);
+    return book;
+}
+
+void CalendarBook::add(const RoundTrip& trip) {
+    auto& fares = routes[trip.destination];
+    if (!fitsDayCount(trip.depart) || (trip.returnDay && !fitsDayCount(*trip.returnDay)) ||
+        (trip.seen && !fitsDayCount(*trip.seen))) {
+        ++skippedImpossible;
+        return;
+    }
+    CalendarFare fare;
+    fare.price = trip.price;
+    fare.depart = static_cast<std::int32_t>(trip.depart.count);
+    fare.back = dayCount(trip.returnDay);
+    fare.seen = dayCount(trip.seen);
+    fare.stops = trip.stops;
+    fare.airline = internSmall(airlines, trip.airline);
+    fares.push_back(fare);
+}
+
+std::vector<RoundTrip> CalendarBook::trips(std::string_view to) const {
     std::vector<RoundTrip> out;
-    auto route = byDestination.find(std::string(to));
-    if (route == byDestination.end()) return out;
-    // The day map is ordered, so the result is already by departure day.
-    for (const auto& [depart, trip] : route->second) {
-        if (Freshness::isUsable(trip.seen, depart, from)) out.push_back(trip);
+    auto route = routes.find(to);
+    if (route == routes.end()) return out;
+    out.reserve(route->second.size());
+    for (const CalendarFare& fare : route->second) {
+        out.push_back(RoundTrip{origin, std::string(to), fare.departDay(), fare.returnDay(),
+                                fare.price, airlines[fare.airline], fare.stops, fare.seenDay(),
+                                std::nullopt});
     }
     return out;
 }
 
-std::vector<RoundTrip> FareCalendar::allTrips(Day from) const {
+std::size_t CalendarBook::tripCount() const {
+    std::size_t n = 0;
+    for (const auto& route : routes) n += route.second.size();
+    return n;
+}
+
+bool operator==(const CalendarBook& a, const CalendarBook& b) {
+    if (a.origin != b.origin || a.updated != b.updated || a.routes.size() != b.routes.size()) {
+        return false;
+    }
+    for (auto i = a.routes.begin(), j = b.routes.begin(); i != a.routes.end(); ++i, ++j) {
+        if (i->first != j->first || i->second.size() != j->second.size()) return false;
+        for (std::size_t k = 0; k < i->second.size(); ++k) {
+            const CalendarFare& x = i->second[k];
+            const CalendarFare& y = j->second[k];
+            if (x.price != y.price || x.depart != y.depart || x.back != y.back ||
+                x.seen != y.seen || x.stops != y.stops ||
+                a.airlines[x.airline] != b.airlines[y.airline]) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+FareCalendar::FareCalendar(const std::vector<CalendarBook>& books) {
+    for (const CalendarBook& book : books) add(book);
+}
+
+void FareCalendar::add(const CalendarBook& book) {
+    const std::uint32_t origin = internSmall(origins, book.origin);
+    NameTable names(airlines);
+    std::vector<std::uint32_t> airlineOf;
+    airlineOf.reserve(book.airlines.size());
+    for (const std::string& name : book.airlines) airlineOf.push_back(names.intern(name));
+
+    Row incoming;
+    Row merged;
+    for (const auto& [to, fares] : book.routes) {
+        incoming.clear();
+        for (CalendarFare fare : fares) {
+            if (std::isinf(fare.price)) continue;
+            fare.origin = origin;
+            fare.airline = airlineOf[fare.airline];
+            incoming.push_back(fare);
+        }
+        if (incoming.empty()) continue;
+        auto byDepart = [](const CalendarFare& a, const CalendarFare& b) {
+            return a.depart < b.depart;
+        };
+        if (!std::is_sorted(incoming.begin(), incoming.end(), byDepart)) {
+            std::stable_sort(incoming.begin(), incoming.end(), byDepart);
+        }
+        // One fare per day, in file order: a later cell for the same day
+        // replaces only at a strictly lower price.
+        std::size_t kept = 0;
+        for (std::size_t i = 1; i < incoming.size(); ++i) {
+            if (incoming[i].depart != incoming[kept].depart) {
+                incoming[++kept] = incoming[i];
+            } else if (incoming[i].price < incoming[kept].price) {
+                incoming[kept] = incoming[i];
+            }
+        }
+        incoming.resize(kept + 1);
+
+        auto row = byDestination.find(to);
+        if (row == byDestination.end()) {
+            byDestination.emplace(to, incoming);
+            continue;
+        }
+        // Both in day order: the held (earlier book's) fare stays on a tie.
+        const Row& held = row->second;
+        merged.clear();
+        merged.reserve(held.size() + incoming.size());
+        std::size_t h = 0, n = 0;
+        while (h < held.size() || n < incoming.size()) {
+            if (n == incoming.size() || (h < held.size() && held[h].depart < incoming[n].depart)) {
+                merged.push_back(held[h++]);
+            } else if (h == held.size() || incoming[n].depart < held[h].depart) {
+                merged.push_back(incoming[n++]);
+            } else {
+                merged.push_back(incoming[n].price < held[h].price ? incoming[n] : held[h]);
+                ++h;
+                ++n;
+            }
+        }
+        row->second.swap(merged);
+    }
+}
+
+bool FareCalendar::usable(const CalendarFare& fare, Day from) {
+    if (fare.seen != CalendarFare::noDay && from.count - fare.seen > Freshness::usableDays) {
+        return false;
+    }
+    return fare.depart >= from.count && fare.depart - from.count <= Freshness::horizonDays;
+}
+
+RoundTrip FareCalendar::roundTrip(std::string_view to, const CalendarFare& fare) const {
+    return RoundTrip{origins[fare.origin], std::string(to),      fare.departDay(),
+                     fare.returnDay(),     fare.price,           airlines[fare.airline],
+                     fare.stops,           fare.seenDay(),       std::nullopt};
+}
+
+std::optional<RoundTrip> FareCalendar::trip(std::string_view to, Day depart) const {
+    auto route = byDestination.find(to);
+    if (route == byDestination.end()) return std::nullopt;
+    const Row& row = route->second;
+    auto at = std::lower_bound(row.begin(), row.end(), depart.count,
+                               [](const CalendarFare& f, std::int64_t d) { return f.depart < d; });
+    if (at == row.end() || at->depart != depart.count) return std::nullopt;
+    return roundTrip(to, *at);
+}
+
+std::vector<RoundTrip> FareCalendar::trips(std::string_view to, Day from) const {
     std::vector<RoundTrip> out;
-    for (const auto& route : byDestination) {
-        std::vector<RoundTrip> trips = this->trips(route.first, from);
-        out.insert(out.end(), std::make_move_iterator(trips.begin()),
-                   std::make_move_iterator(trips.end()));
+    // A row is in day order, so the result is already by departure day.
+    forEachUsable(to, from, [&](const CalendarFare& fare) { out.push_back(roundTrip(to, fare)); });
+    return out;
+}
+
+std::vector<RoundTrip> FareCalendar::allTrips(Day from) const {
+    struct Held {
+        std::int32_t depart;
+        const std::string* to;
+        const CalendarFare* fare;
+    };
+    std::vector<Held> held;
+    for (const auto& [to, row] : byDestination) {
+        forEachUsable(row, from, [&](const CalendarFare& f) { held.push_back({f.depart, &to, &f}); });
     }
     // Stable: trips leaving the same day stay in destination order.
-    std::stable_sort(out.begin(), out.end(),
-                     [](const RoundTrip& a, const RoundTrip& b) { return a.depart < b.depart; });
+    std::stable_sort(held.begin(), held.end(),
+                     [](const Held& a, const Held& b) { return a.depart < b.depart; });
+    std::vector<RoundTrip> out;
+    out.reserve(held.size());
+    for (const Held& h : held) out.push_back(roundTrip(*h.to, *h.fare));
     return out;
 }
 
 std::vector<std::pair<YearMonth, RoundTrip>> FareCalendar::months(std::string_view to,
                                                                   Day from) const {
-    std::vector<std::pair<YearMonth, RoundTrip>> out;
-    for (RoundTrip& trip : trips(to, from)) {
-        const YearMonth month = YearMonth::of(trip.depart);
-        // Trips come by departure day, so a month's trips are consecutive.
-        if (out.empty() || out.back().first != month) {
-            out.emplace_back(month, std::move(trip));
-        } else if (trip.price < out.back().second.price) {
-            out.back().second = std::move(trip);
+    std::vector<std::pair<YearMonth, const CalendarFare*>> chosen;
+    forEachUsable(to, from, [&](const CalendarFare& fare) {
+        const YearMonth month = YearMonth::of(fare.departDay());
+        // Fares come by departure day, so a month's fares are consecutive.
+        if (chosen.empty() || chosen.back().first != month) {
+            chosen.emplace_back(month, &fare);
+        } else if (fare.price < chosen.back().second->price) {
+            chosen.back().second = &fare;
         }
-    }
+    });
+    std::vector<std::pair<YearMonth, RoundTrip>> out;
+    out.reserve(chosen.size());
+    for (const auto& [month, fare] : chosen) out.emplace_back(month, roundTrip(to, *fare));
     return out;
 }
 
 std::optional<RoundTrip> FareCalendar::cheapest(std::string_view to, std::optional<DayRange> within,
                                                 Day from, bool freshOnly) const {
-    std::vector<RoundTrip> candidates = trips(to, from);
-    if (within) {
-        std::erase_if(candidates, [&](const RoundTrip& t) {
-            return !within->contains(t.depart) || (t.returnDay && !within->contains(*t.returnDay));
-        });
+    std::vector<const CalendarFare*> candidates;
+    forEachUsable(to, from, [&](const CalendarFare& fare) {
+        if (within && (!within->contains(fare.departDay()) ||
+                       (!fare.oneWay() && !within->contains(Day{fare.back})))) {
+            return;
+        }
+        candidates.push_back(&fare);
+    });
+    auto stale = [&](const CalendarFare* f) { return Freshness::isStale(f->seenDay(), from); };
+    const bool anyFresh = !std::all_of(candidates.begin(), candidates.end(), stale);
+    if (!anyFresh && freshOnly) return std::nullopt;
+    const CalendarFare* best = nullptr;
+    for (const CalendarFare* f : candidates) {
+        if (anyFresh && stale(f)) continue;
+        // In day order: on equal prices the earlier departure stays.
+        if (!best || f->price < best->price) best = f;
     }
-    return best(candidates, from, freshOnly);
+    if (!best) return std::nullopt;
+    return roundTrip(to, *best);
 }
 
 std::optional<RoundTrip> FareCalendar::best(const std::vector<RoundTrip>& trips, Day today,
@@ -108,22 +397,56 @@ void decode(const json::Value& v, RoundTrip& out) {
     out.link = v.getOptional<std::string>("link");
 }
 
-void decode(const json::Value& v, CalendarBook::Entry& out) {
+namespace {
+
+constexpr const char* kCellShape = "expected 3 to 5 elements [price, airline, stops, back, seen], found ";
+
+// One cell's values, their types checked; days still as text.
+struct Cell {
+    double price = 0;
+    std::string_view airline;
+    int stops = 0;
+    std::optional<std::string_view> back;
+    std::optional<std::string_view> seen;
+};
+
+inline Cell readCell(const json::Value& v) {
     if (!v.isArray()) v.fail("expected an array");
-    std::vector<json::Value> cells;
-    v.forEach([&](const json::Value& cell) { cells.push_back(cell); });
-    if (cells.size() < 3 || cells.size() > 5) {
-        v.fail("expected 3 to 5 elements [price, airline, stops, back, seen], found " +
-               std::to_string(cells.size()));
-    }
-    out.price = cells[0].as<double>();
-    out.airline = cells[1].as<std::string>();
-    out.stops = cells[2].as<int>();
-    out.back.reset();
-    out.seen.reset();
-    if (cells.size() > 3 && !cells[3].isNull()) out.back = cells[3].string();
-    // Never written as null, but a null says "not seen" as well as a short array.
-    if (cells.size() > 4 && !cells[4].isNull()) out.seen = cells[4].string();
+    const std::size_t size = v.size();
+    if (size < 3 || size > 5) v.fail(kCellShape + std::to_string(size));
+    Cell cell;
+    int i = 0;
+    v.forEach([&](const json::Value& e) {
+        switch (i++) {
+            case 0: cell.price = e.number(); break;
+            case 1: cell.airline = e.stringView(); break;
+            case 2: {
+                const std::int64_t stops = e.integer();
+                if (stops < INT32_MIN || stops > INT32_MAX) e.fail("integer out of range");
+                cell.stops = static_cast<int>(stops);
+                break;
+            }
+            case 3:
+                if (!e.isNull()) cell.back = e.stringView();
+                break;
+            default:
+                // Never written as null, but a null says "not seen" as well as a short array.
+                if (!e.isNull()) cell.seen = e.stringView();
+                break;
+        }
+    });
+    return cell;
+}
+
+}  // namespace
+
+void decode(const json::Value& v, CalendarBook::Entry& out) {
+    const Cell cell = readCell(v);
+    out.price = cell.price;
+    out.airline = std::string(cell.airline);
+    out.stops = cell.stops;
+    out.back = cell.back ? std::optional<std::string>(*cell.back) : std::nullopt;
+    out.seen = cell.seen ? std::optional<std::string>(*cell.seen) : std::nullopt;
 }
 
 void decode(const json::Value& v, CalendarBook& out) {
@@ -131,24 +454,43 @@ void decode(const json::Value& v, CalendarBook& out) {
     out.updated = v.get<std::string>("updated");
     const std::optional<Day> updated = Day::parse(out.updated);
     out.routes.clear();
+    out.airlines.clear();
+    out.skippedImpossible = 0;
+    AirlineTable airlines(out.airlines);
+    DayReader departs, backs, seens;
     v.field("routes").forEachMember([&](std::string_view to, const json::Value& days) {
-        std::vector<RoundTrip>& trips = out.routes[std::string(to)];
-        days.forEachMember([&](std::string_view departText, const json::Value& cell) {
-            const auto entry = cell.as<CalendarBook::Entry>();
-            // A cell the job could not date or price says nothing: skip it alone.
-            const std::optional<Day> depart = Day::parse(departText);
-            if (!depart || !(entry.price > 0)) return;
-            RoundTrip trip;
-            trip.origin = out.origin;
-            trip.destination = std::string(to);
-            trip.depart = *depart;
-            if (entry.back) trip.returnDay = Day::parse(*entry.back);
-            trip.price = entry.price;
-            trip.airline = entry.airline;
-            trip.stops = entry.stops;
-            std::optional<Day> seen = entry.seen ? Day::parse(*entry.seen) : std::nullopt;
-            trip.seen = seen ? seen : updated;
-            trips.push_back(std::move(trip));
+        auto route = out.routes.find(to);
+        if (route == out.routes.end()) route = out.routes.emplace(std::string(to), std::vector<CalendarFare>{}).first;
+        std::vector<CalendarFare>& fares = route->second;
+        if (days.isObject()) fares.reserve(fares.size() + days.size());
+        days.forEachMember([&](std::string_view departText, const json::Value& value) {
+            const Cell cell = readCell(value);
+            // A cell the job could not date says nothing: skip it alone.
+            const std::optional<Day> depart = departs.read(departText);
+            if (!depart) return;
+            const std::optional<Day> back = cell.back ? backs.read(*cell.back) : std::nullopt;
+            std::optional<Day> seen = cell.seen ? seens.read(*cell.seen) : std::nullopt;
+            bool impossible = !(cell.price > 0) || !std::isfinite(cell.price) || cell.stops < 0 ||
+                              (back && *back < *depart);
+            if (!seen) {
+                seen = updated;
+            } else if (updated && *seen > *updated) {
+                impossible = true;
+            }
+            impossible = impossible || !fitsDayCount(*depart) || (back && !fitsDayCount(*back)) ||
+                         (seen && !fitsDayCount(*seen));
+            if (impossible) {
+                ++out.skippedImpossible;
+                return;
+            }
+            CalendarFare fare;
+            fare.price = cell.price;
+            fare.depart = static_cast<std::int32_t>(depart->count);
+            fare.back = dayCount(back);
+            fare.seen = dayCount(seen);
+            fare.stops = cell.stops;
+            fare.airline = airlines.intern(cell.airline);
+            fares.push_back(fare);
         });
     });
 }
@@ -183,13 +525,14 @@ json::Json encode(const CalendarBook& b) {
     out["origin"] = b.origin;
     out["updated"] = b.updated;
     json::Json routes = json::Json::object();
-    for (const auto& [to, trips] : b.routes) {
+    for (const auto& [to, fares] : b.routes) {
         json::Json days = json::Json::object();
-        for (const RoundTrip& t : trips) {
-            CalendarBook::Entry entry{t.price, t.airline, t.stops, std::nullopt, std::nullopt};
-            if (t.returnDay) entry.back = t.returnDay->text();
-            if (t.seen) entry.seen = t.seen->text();
-            days[t.depart.text()] = encode(entry);
+        for (const CalendarFare& fare : fares) {
+            CalendarBook::Entry entry{fare.price, b.airlines[fare.airline], fare.stops,
+                                      std::nullopt, std::nullopt};
+            if (!fare.oneWay()) entry.back = Day{fare.back}.text();
+            if (fare.seen != CalendarFare::noDay) entry.seen = Day{fare.seen}.text();
+            days[fare.departDay().text()] = encode(entry);
         }
         routes[to] = std::move(days);
     }

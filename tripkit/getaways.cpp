@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <map>
 
 #include "tripkit/hashing.h"
 
@@ -63,32 +62,54 @@ std::string_view caseName(TripTiming::Kind kind) {
     return "anytime";
 }
 
-bool Getaways::fitsLength(const RoundTrip& trip, TripLength length) {
+namespace {
+
+// The rules over the days alone, so that the search can test calendar fares
+// without building a trip for each.
+bool fitsLengthDays(Day depart, std::optional<Day> back, TripLength length) {
     const auto range = nightsRange(length);
     if (!range) return true;
-    const auto nights = trip.nights();
-    return nights && *nights >= range->first && *nights <= range->second;
+    if (!back) return false;
+    const std::int64_t nights = *back - depart;
+    return nights >= range->first && nights <= range->second;
+}
+
+bool fitsWeekendDays(Day depart, std::optional<Day> back) {
+    if (!back) return false;
+    const std::int64_t nights = *back - depart;
+    if (nights < 1 || nights > 4) return false;
+    const int leave = depart.weekday();
+    const int home = back->weekday();
+    // Thursday to Saturday out, Sunday to Tuesday back.
+    return leave >= kThursday && leave <= kSaturday && home >= kSunday && home <= kTuesday;
+}
+
+const HolidayWindow* holidayWindowForDays(Day depart, std::optional<Day> back,
+                                          const std::vector<HolidayWindow>& windows) {
+    if (!back) return nullptr;
+    for (const HolidayWindow& w : windows) {
+        const int slack = Getaways::slackDays;
+        const bool leaves = w.days.first - slack <= depart && depart <= w.days.first;
+        const bool returns = w.days.last <= *back && *back <= w.days.last + slack;
+        if (leaves && returns) return &w;
+    }
+    return nullptr;
+}
+
+}  // namespace
+
+bool Getaways::fitsLength(const RoundTrip& trip, TripLength length) {
+    return fitsLengthDays(trip.depart, trip.returnDay, length);
 }
 
 bool Getaways::fitsWeekend(const RoundTrip& trip) {
-    const auto nights = trip.nights();
-    if (!nights || *nights < 1 || *nights > 4) return false;
-    const int leave = trip.depart.weekday();
-    const int back = trip.returnDay->weekday();
-    // Thursday to Saturday out, Sunday to Tuesday back.
-    return leave >= kThursday && leave <= kSaturday && back >= kSunday && back <= kTuesday;
+    return fitsWeekendDays(trip.depart, trip.returnDay);
 }
 
 std::optional<HolidayWindow> Getaways::holidayWindowFor(const RoundTrip& trip,
                                                         const std::vector<HolidayWindow>& windows) {
-    if (!trip.returnDay) return std::nullopt;
-    for (const HolidayWindow& w : windows) {
-        const bool leaves = w.days.first - slackDays <= trip.depart && trip.depart <= w.days.first;
-        const bool returns =
-            w.days.last <= *trip.returnDay && *trip.returnDay <= w.days.last + slackDays;
-        if (leaves && returns) return w;
-    }
-    return std::nullopt;
+    const HolidayWindow* w = holidayWindowForDays(trip.depart, trip.returnDay, windows);
+    return w ? std::optional<HolidayWindow>(*w) : std::nullopt;
 }
 
 std::vector<Getaway> Getaways::find(const FareCalendar& calendar, const TripTiming& timing,
@@ -105,33 +126,42 @@ std::vector<Getaway> Getaways::find(const FareCalendar& calendar, const TripTimi
         }
     }
 
-    std::map<std::string, Getaway> kept;
-    for (const RoundTrip& trip : calendar.allTrips(today)) {
-        if (to && !to->contains(trip.destination)) continue;
-        if (maxPrice && trip.price > *maxPrice) continue;
-        if (!fitsLength(trip, length)) continue;
-        std::optional<HolidayWindow> window;
-        switch (timing.kind) {
-            case TripTiming::Kind::anytime: break;
-            case TripTiming::Kind::weekends:
-                if (!fitsWeekend(trip)) continue;
-                break;
-            case TripTiming::Kind::holiday:
-            case TripTiming::Kind::anyHoliday:
-                window = holidayWindowFor(trip, windows);
-                if (!window) continue;
-                break;
-        }
-        // Trips come by departure day, so on equal prices the earlier stays.
-        auto held = kept.find(trip.destination);
-        if (held != kept.end() && held->second.trip.price <= trip.price) continue;
-        kept.insert_or_assign(trip.destination, Getaway{trip, timing, window});
-    }
-
+    // Each destination on its own, its fares by departure day: a getaway
+    // depends only on its destination's fares, so this keeps what a walk over
+    // all trips by day would, without building a trip per fare.
     std::vector<Getaway> out;
-    out.reserve(kept.size());
-    for (auto& entry : kept) out.push_back(std::move(entry.second));
-    // The map was in destination order; a stable sort keeps it for equal prices.
+    for (const auto& [code, row] : calendar.byDestination) {
+        if (to && !to->contains(code)) continue;
+        const CalendarFare* kept = nullptr;
+        const HolidayWindow* keptWindow = nullptr;
+        FareCalendar::forEachUsable(row, today, [&](const CalendarFare& fare) {
+            if (maxPrice && fare.price > *maxPrice) return;
+            // On equal prices the earlier departure, met first, stays.
+            if (kept && kept->price <= fare.price) return;
+            const Day depart = fare.departDay();
+            const std::optional<Day> back = fare.returnDay();
+            if (!fitsLengthDays(depart, back, length)) return;
+            const HolidayWindow* window = nullptr;
+            switch (timing.kind) {
+                case TripTiming::Kind::anytime: break;
+                case TripTiming::Kind::weekends:
+                    if (!fitsWeekendDays(depart, back)) return;
+                    break;
+                case TripTiming::Kind::holiday:
+                case TripTiming::Kind::anyHoliday:
+                    window = holidayWindowForDays(depart, back, windows);
+                    if (!window) return;
+                    break;
+            }
+            kept = &fare;
+            keptWindow = window;
+        });
+        if (!kept) continue;
+        out.push_back(Getaway{calendar.roundTrip(code, *kept), timing,
+                              keptWindow ? std::optional<HolidayWindow>(*keptWindow)
+                                         : std::nullopt});
+    }
+    // Destination order so far; a stable sort keeps it for equal prices.
     std::stable_sort(out.begin(), out.end(), [](const Getaway& a, const Getaway& b) {
         return a.trip.price < b.trip.price;
     });

@@ -1,16 +1,100 @@
 #include "tripkit/json.h"
 
 #include <cmath>
+#include <cstring>
+#include <type_traits>
 
 namespace tripkit::json {
 
+// What every Value of a document points at.
+struct Context {
+    std::string source;
+    simdjson::dom::element root;
+};
+
 namespace {
+
 std::string describe(const std::string& source, const std::string& path,
                      const std::string& message) {
     std::string out = source;
     if (!path.empty()) out += ": " + path;
     return out + ": " + message;
 }
+
+// One parser per thread is kept between documents, so reading the nightly
+// files does not allocate and first-touch the parser's buffers for each one.
+// A document parsed while the spare one is taken gets a parser of its own.
+thread_local std::unique_ptr<simdjson::dom::parser> t_spareParser;
+// Parsers grown past this (in document bytes) are let go rather than kept.
+constexpr std::size_t kKeptCapacity = 16 << 20;
+
+// Where an element sits on its document's tape. simdjson keeps this private;
+// an element is its document pointer and this index, which the assertions
+// below and the root check in `locate` hold it to.
+struct TapeRef {
+    const void* document;
+    std::size_t index;
+};
+static_assert(sizeof(simdjson::dom::element) == sizeof(TapeRef));
+static_assert(std::is_trivially_copyable_v<simdjson::dom::element>);
+
+std::size_t tapeIndex(const simdjson::dom::element& e) {
+    TapeRef ref;
+    std::memcpy(&ref, &e, sizeof ref);
+    return ref.index;
+}
+
+void appendIndex(std::string& path, std::size_t i) {
+    path += '[';
+    path += std::to_string(i);
+    path += ']';
+}
+
+void appendKey(std::string& path, std::string_view key) {
+    if (!path.empty()) path += '.';
+    path += key;
+}
+
+// The key path from `node` down to the element at tape index `target`.
+// Children sit on the tape after their container and in order, so the one
+// holding `target` is the last child starting at or before it.
+bool locate(simdjson::dom::element node, std::size_t target, std::string& path) {
+    while (tapeIndex(node) != target) {
+        simdjson::dom::array array;
+        simdjson::dom::object object;
+        bool found = false;
+        if (node.get(array) == simdjson::SUCCESS) {
+            std::size_t i = 0, chosen = 0;
+            simdjson::dom::element next;
+            for (simdjson::dom::element e : array) {
+                if (tapeIndex(e) > target) break;
+                next = e;
+                chosen = i++;
+                found = true;
+            }
+            if (found) {
+                appendIndex(path, chosen);
+                node = next;
+            }
+        } else if (node.get(object) == simdjson::SUCCESS) {
+            std::string_view chosen;
+            simdjson::dom::element next;
+            for (auto [key, e] : object) {
+                if (tapeIndex(e) > target) break;
+                next = e;
+                chosen = key;
+                found = true;
+            }
+            if (found) {
+                appendKey(path, chosen);
+                node = next;
+            }
+        }
+        if (!found) return false;
+    }
+    return true;
+}
+
 }  // namespace
 
 DecodeError::DecodeError(std::string source_, std::string path_, std::string message_)
@@ -19,66 +103,76 @@ DecodeError::DecodeError(std::string source_, std::string path_, std::string mes
       path(std::move(path_)),
       message(std::move(message_)) {}
 
-Document parse(std::string_view bytes, std::string source) {
+Document::Document() = default;
+Document::Document(Document&&) noexcept = default;
+Document& Document::operator=(Document&&) noexcept = default;
+
+Document::~Document() {
+    if (m_parser && !t_spareParser && m_parser->capacity() <= kKeptCapacity) {
+        t_spareParser = std::move(m_parser);
+    }
+}
+
+Document parse(const char* data, std::size_t size, bool padded, std::string source) {
     Document doc;
-    doc.m_parser = std::make_unique<simdjson::dom::parser>();
-    doc.m_source = std::make_unique<std::string>(std::move(source));
-    auto result = doc.m_parser->parse(bytes.data(), bytes.size(), true);
+    doc.m_parser = t_spareParser ? std::move(t_spareParser)
+                                 : std::make_unique<simdjson::dom::parser>();
+    doc.m_context = std::make_unique<Context>();
+    doc.m_context->source = std::move(source);
+    auto result = doc.m_parser->parse(reinterpret_cast<const std::uint8_t*>(data), size, !padded);
     if (result.error() != simdjson::SUCCESS) {
-        throw DecodeError(*doc.m_source, "",
+        throw DecodeError(doc.m_context->source, "",
                           std::string("not valid JSON: ") + simdjson::error_message(result.error()));
     }
-    doc.m_root = result.value_unsafe();
+    doc.m_context->root = result.value_unsafe();
     return doc;
 }
 
-Value Document::root() const { return Value(m_root, *m_source, ""); }
-
-void Value::fail(const std::string& message) const {
-    throw DecodeError(std::string(m_source), m_path, message);
+Document parse(std::string_view bytes, std::string source) {
+    return parse(bytes.data(), bytes.size(), false, std::move(source));
 }
 
-std::string Value::childPath(std::string_view key) const {
-    if (m_path.empty()) return std::string(key);
+Document parse(const std::string& bytes, std::string source) {
+    const bool roomAfter = bytes.capacity() - bytes.size() >= simdjson::SIMDJSON_PADDING;
+    return parse(bytes.data(), bytes.size(), roomAfter, std::move(source));
+}
+
+Document parse(const char* text, std::string source) {
+    return parse(std::string_view(text), std::move(source));
+}
+
+std::string padded(std::string bytes) {
+    bytes.reserve(bytes.size() + simdjson::SIMDJSON_PADDING);
+    return bytes;
+}
+
+Value Document::root() const { return Value(m_context->root, m_context.get()); }
+const std::string& Document::source() const { return m_context->source; }
+
+std::string_view Value::source() const { return m_context->source; }
+
+std::string Value::path() const {
     std::string out;
-    out.reserve(m_path.size() + 1 + key.size());
-    out += m_path;
-    out += '.';
-    out += key;
+    const simdjson::dom::element root = m_context->root;
+    // The root is the first element on the tape; anything else means the
+    // element layout is not what `tapeIndex` expects, so say nothing wrong.
+    if (tapeIndex(root) != 1 || !locate(root, tapeIndex(m_element), out)) return "?";
     return out;
 }
 
-simdjson::dom::object Value::objectOrFail() const {
-    simdjson::dom::object object;
-    if (m_element.get(object) != simdjson::SUCCESS) fail("expected an object");
-    return object;
+void Value::fail(const std::string& message) const {
+    throw DecodeError(m_context->source, path(), message);
 }
 
-simdjson::dom::array Value::arrayOrFail() const {
-    simdjson::dom::array array;
-    if (m_element.get(array) != simdjson::SUCCESS) fail("expected an array");
-    return array;
+void Value::failAt(std::string_view key, const std::string& message) const {
+    std::string at = path();
+    appendKey(at, key);
+    throw DecodeError(m_context->source, at, message);
 }
 
 bool Value::has(std::string_view key) const {
     simdjson::dom::element e;
     return objectOrFail().at_key(key).get(e) == simdjson::SUCCESS;
-}
-
-Value Value::field(std::string_view key) const {
-    simdjson::dom::element e;
-    if (objectOrFail().at_key(key).get(e) != simdjson::SUCCESS) {
-        throw DecodeError(std::string(m_source), childPath(key), "required key is missing");
-    }
-    return Value(e, m_source, childPath(key));
-}
-
-std::optional<Value> Value::find(std::string_view key) const {
-    simdjson::dom::element e;
-    if (objectOrFail().at_key(key).get(e) != simdjson::SUCCESS || e.is_null()) {
-        return std::nullopt;
-    }
-    return Value(e, m_source, childPath(key));
 }
 
 std::size_t Value::size() const {
@@ -91,29 +185,10 @@ std::pair<std::string, Value> Value::caseKeyed() const {
     auto object = objectOrFail();
     if (object.size() != 1) fail("Invalid number of keys found, expected one.");
     auto [key, e] = *object.begin();
-    return {std::string(key), Value(e, m_source, childPath(key))};
+    return {std::string(key), Value(e, m_context)};
 }
 
-std::string_view Value::stringView() const {
-    std::string_view s;
-    if (m_element.get(s) != simdjson::SUCCESS) fail("expected a string");
-    return s;
-}
-
-std::string Value::string() const { return std::string(stringView()); }
-
-double Value::number() const {
-    double d = 0;
-    // get<double> converts integers too; anything else is a wrong type.
-    if (!m_element.is_number() || m_element.get(d) != simdjson::SUCCESS) {
-        fail("expected a number");
-    }
-    return d;
-}
-
-std::int64_t Value::integer() const {
-    std::int64_t i = 0;
-    if (m_element.get(i) == simdjson::SUCCESS) return i;
+std::int64_t Value::integerSlow() const {
     if (m_element.is_uint64()) fail("integer out of range");
     // A whole number written as 2.0 is still an integer.
     double d = 0;

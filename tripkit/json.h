@@ -1,9 +1,9 @@
 // Reading and writing of the JSON records.
 //
 // Reading goes through simdjson's DOM parser (the whole document is validated
-// up front, so a truncated file never half-decodes). `json::Value` wraps one
-// element together with the source name and the key path that led to it, so
-// that every decode error reads like
+// up front, so a truncated file never half-decodes, and decoders may read
+// keys in any order). `json::Value` wraps one element; the source name and
+// key path are only put together when an error is reported, which reads like
 //     flights/JFK.json: deals[3].price: expected a number
 // Writing goes through nlohmann's ordered_json, which keeps our field order.
 #pragma once
@@ -47,30 +47,47 @@ void decode(const Value& v, std::set<std::string>& out);
 template <class T>
 void decode(const Value& v, std::vector<T>& out);
 
+struct Context;
+
 // A parsed document. Values taken from it must not outlive it.
 class Document {
 public:
+    Document(Document&&) noexcept;
+    Document& operator=(Document&&) noexcept;
+    ~Document();
+
     Value root() const;
-    const std::string& source() const { return *m_source; }
+    const std::string& source() const;
 
 private:
-    friend Document parse(std::string_view bytes, std::string source);
+    friend Document parse(const char* data, std::size_t size, bool padded, std::string source);
+    Document();
     std::unique_ptr<simdjson::dom::parser> m_parser;
-    std::unique_ptr<std::string> m_source;  // stable address: values point at it
-    simdjson::dom::element m_root;
+    std::unique_ptr<Context> m_context;  // stable address: values point at it
 };
 
 // Parses `bytes` (throws DecodeError naming `source` when it is not JSON).
+// A std::string with SIMDJSON_PADDING spare bytes of capacity (see `padded`)
+// is parsed where it stands; other bytes are first copied.
 Document parse(std::string_view bytes, std::string source);
+Document parse(const std::string& bytes, std::string source);
+// `padded`: SIMDJSON_PADDING bytes after `data + size` may be read.
+Document parse(const char* data, std::size_t size, bool padded, std::string source);
+Document parse(const char* text, std::string source);
+// `bytes` with room reserved after them for the parser to read past the end.
+std::string padded(std::string bytes);
 
-// One element of a document with its location.
+// One element of a document. A Value is two pointers wide and carries no
+// path: the key path of an error is found, only when one is reported, by
+// looking the element up from the document's root. So a Value may be copied
+// and kept freely (children do not point at their parents), as long as its
+// Document lives.
 class Value {
 public:
-    Value(simdjson::dom::element element, std::string_view source, std::string path)
-        : m_element(element), m_source(source), m_path(std::move(path)) {}
-
-    const std::string& path() const { return m_path; }
-    std::string_view source() const { return m_source; }
+    // The key path from the root ("deals[3].price"; "" at the root), worked
+    // out from the document: meant for error reports, not for hot loops.
+    std::string path() const;
+    std::string_view source() const;
 
     bool isNull() const { return m_element.is_null(); }
     bool isObject() const { return m_element.is_object(); }
@@ -80,12 +97,26 @@ public:
 
     // Throws a DecodeError at this value's location.
     [[noreturn]] void fail(const std::string& message) const;
+    // Throws a DecodeError at the location of this object's key `key`.
+    [[noreturn]] void failAt(std::string_view key, const std::string& message) const;
 
     // Object access. `field` requires the key; `find` gives nothing when the
     // key is absent or null (the absent value of an optional field).
     bool has(std::string_view key) const;
-    Value field(std::string_view key) const;
-    std::optional<Value> find(std::string_view key) const;
+    Value field(std::string_view key) const {
+        simdjson::dom::element e;
+        if (objectOrFail().at_key(key).get(e) != simdjson::SUCCESS) {
+            failAt(key, "required key is missing");
+        }
+        return Value(e, m_context);
+    }
+    std::optional<Value> find(std::string_view key) const {
+        simdjson::dom::element e;
+        if (objectOrFail().at_key(key).get(e) != simdjson::SUCCESS || e.is_null()) {
+            return std::nullopt;
+        }
+        return Value(e, m_context);
+    }
 
     template <class T>
     T get(std::string_view key) const { return field(key).as<T>(); }
@@ -109,17 +140,11 @@ public:
     std::size_t size() const;
     template <class F>
     void forEach(F&& visit) const {  // visit(const Value& element)
-        auto array = arrayOrFail();
-        std::size_t i = 0;
-        for (simdjson::dom::element e : array) {
-            visit(Value(e, m_source, m_path + "[" + std::to_string(i) + "]"));
-            ++i;
-        }
+        for (simdjson::dom::element e : arrayOrFail()) visit(Value(e, m_context));
     }
     template <class F>
     void forEachMember(F&& visit) const {  // visit(std::string_view key, const Value& v)
-        auto object = objectOrFail();
-        for (auto [key, e] : object) visit(key, Value(e, m_source, childPath(key)));
+        for (auto [key, e] : objectOrFail()) visit(key, Value(e, m_context));
     }
     template <class T>
     std::vector<T> asVector() const {
@@ -134,22 +159,45 @@ public:
     std::pair<std::string, Value> caseKeyed() const;
 
     // Primitive readers (fail with "expected a ..." on a wrong type).
-    std::string string() const;
-    std::string_view stringView() const;
-    double number() const;
-    std::int64_t integer() const;
+    std::string string() const { return std::string(stringView()); }
+    std::string_view stringView() const {
+        std::string_view s;
+        if (m_element.get(s) != simdjson::SUCCESS) fail("expected a string");
+        return s;
+    }
+    double number() const {
+        double d = 0;
+        // get<double> converts integers too; anything else is a wrong type.
+        if (m_element.get(d) != simdjson::SUCCESS) fail("expected a number");
+        return d;
+    }
+    std::int64_t integer() const {
+        std::int64_t i = 0;
+        if (m_element.get(i) == simdjson::SUCCESS) return i;
+        return integerSlow();
+    }
     bool boolean() const;
 
 private:
-    std::string childPath(std::string_view key) const;
-    simdjson::dom::array arrayOrFail() const;
-    simdjson::dom::object objectOrFail() const;
+    friend class Document;
+    Value(simdjson::dom::element element, const Context* context)
+        : m_element(element), m_context(context) {}
+
+    std::int64_t integerSlow() const;
+    simdjson::dom::array arrayOrFail() const {
+        simdjson::dom::array array;
+        if (m_element.get(array) != simdjson::SUCCESS) fail("expected an array");
+        return array;
+    }
+    simdjson::dom::object objectOrFail() const {
+        simdjson::dom::object object;
+        if (m_element.get(object) != simdjson::SUCCESS) fail("expected an object");
+        return object;
+    }
 
     simdjson::dom::element m_element;
-    std::string_view m_source;
-    std::string m_path;
+    const Context* m_context = nullptr;
 };
-
 
 template <class T>
 void decode(const Value& v, std::vector<T>& out) {
@@ -159,8 +207,15 @@ void decode(const Value& v, std::vector<T>& out) {
 // Decodes a whole document as T.
 template <class T>
 T decodeDocument(std::string_view bytes, std::string source) {
-    Document doc = parse(bytes, std::move(source));
-    return doc.root().as<T>();
+    return parse(bytes, std::move(source)).root().template as<T>();
+}
+template <class T>
+T decodeDocument(const std::string& bytes, std::string source) {
+    return parse(bytes, std::move(source)).root().template as<T>();
+}
+template <class T>
+T decodeDocument(const char* text, std::string source) {
+    return parse(text, std::move(source)).root().template as<T>();
 }
 
 // Writing helpers.

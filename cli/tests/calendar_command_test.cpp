@@ -54,6 +54,10 @@ TEST(CalendarCommand, MergesTheHomeAirportsByDayAndByMonth) {
               std::string::npos)
         << table.out;
 
+    // A one-way fare keeps its day and says so.
+    EXPECT_NE(table.out.find("\nThu 2026-12-03  one way              -       $420"), std::string::npos)
+        << table.out;
+
     auto months = runCli(calendarArgs(dir.str(), {"--months", "--json"})).json();
     ASSERT_EQ(months.size(), 2u);
     EXPECT_EQ(months[1]["month"].dump(), R"({"year":2026,"month":12})");
@@ -62,6 +66,22 @@ TEST(CalendarCommand, MergesTheHomeAirportsByDayAndByMonth) {
     auto none = runCli({"calendar", "cun", "--data", dir.str(), "--home", "JFK", "--today", "2026-11-20"});
     EXPECT_EQ(none.status, kOk);
     EXPECT_EQ(none.out, "No fares to CUN leaving in the next 330 days were seen recently enough to show.\n");
+}
+
+TEST(CalendarCommand, ImpossibleFaresAreLeftOutWithOneLinePerFile) {
+    TempDir dir;
+    dir.write("calendars/JFK.json",
+              calendarFile("JFK", R"("2026-12-01":[400,"TP",-1],"2026-12-02":[0,"TP",0],)"
+                                  R"("2026-12-03":[380,"TP",0,"2026-12-01"],"2026-12-04":[410,"TP",0])"));
+    dir.write("calendars/EWR.json",
+              calendarFile("EWR", R"("2026-12-01":[390,"UA",0,null,"2026-11-25"])"));
+    auto r = runCli(calendarArgs(dir.str(), {"--json"}));
+    ASSERT_EQ(r.status, kOk);
+    EXPECT_EQ(r.err,
+              "roamwise-cli: calendars/JFK.json: skipped 3 calendar fares with impossible values\n"
+              "roamwise-cli: calendars/EWR.json: skipped 1 calendar fare with impossible values\n");
+    ASSERT_EQ(r.json().size(), 1u);
+    EXPECT_EQ(r.json()[0]["depart"], "2026-12-04");
 }
 
 TEST(CalendarCommand, UnreadableFilesAndWrongArguments) {

@@ -33,15 +33,8 @@ RoundTrip trip(const std::string& to, int departIn, double price,
     return t;
 }
 
-CalendarBook book(const std::string& origin, std::vector<RoundTrip> trips) {
-    CalendarBook b;
-    b.origin = origin;
-    b.updated = kToday.text();
-    for (RoundTrip& t : trips) {
-        t.origin = origin;
-        b.routes[t.destination].push_back(std::move(t));
-    }
-    return b;
+CalendarBook book(const std::string& origin, const std::vector<RoundTrip>& trips) {
+    return CalendarBook::init(origin, kToday.text(), trips);
 }
 
 std::vector<int> departures(const std::vector<RoundTrip>& trips) {
@@ -62,7 +55,7 @@ TEST(CalendarBook, DecodesCellsAndSkipsTheBadOnes) {
     EXPECT_EQ(b.updatedDay(), kToday);
     EXPECT_TRUE(b.routes.at("CUN").empty());
     std::vector<std::string> lis;
-    for (const RoundTrip& t : b.routes.at("LIS")) {
+    for (const RoundTrip& t : b.trips("LIS")) {
         EXPECT_EQ(t.origin + t.destination, "JFKLIS");
         EXPECT_EQ(t.link, std::nullopt);
         lis.push_back(describe(t));
@@ -78,13 +71,14 @@ TEST(CalendarBook, DecodesCellsAndSkipsTheBadOnes) {
                        "2026-12-05 440 TP 0 - 2026-11-20",
                        "2026-12-09 450 TP 2 - 2026-11-20",
                    }));
-    EXPECT_EQ(b.routes.at("LIS")[0].nights(), 8);
-    EXPECT_EQ(b.routes.at("LIS")[1].nights(), std::nullopt);
+    EXPECT_EQ(b.trips("LIS")[0].nights(), 8);
+    EXPECT_EQ(b.trips("LIS")[1].nights(), std::nullopt);
+    EXPECT_EQ(b.skippedImpossible, 2);  // the two prices; an undated cell is not counted
 
     // Without a readable "updated", a trip without its own seen has none.
     const auto undated = json::decodeDocument<CalendarBook>(
         R"({"origin":"EWR","updated":"soon","routes":{"CUN":{"2026-12-01":[219,"UA",0]}}})", "c");
-    EXPECT_EQ(undated.routes.at("CUN").at(0).seen, std::nullopt);
+    EXPECT_EQ(undated.trips("CUN").at(0).seen, std::nullopt);
 }
 
 TEST(CalendarBook, MalformedFilesFailWhole) {
@@ -113,6 +107,62 @@ TEST(CalendarBook, MalformedFilesFailWhole) {
     }
 }
 
+TEST(CalendarBook, CellsWithImpossibleValuesAreSkippedAndCounted) {
+    // The file is of 2026-11-20; each cell leaves on 2026-12-01.
+    struct Case {
+        const char* cell;
+        bool kept;
+    };
+    const std::vector<Case> cases = {
+        {R"([412,"TP",0,"2026-12-09","2026-11-20"])", true},
+        {R"([412,"TP",0,"2026-12-01"])", true},               // back the same day
+        {R"([412,"TP",0,"2026-11-30"])", false},              // back before leaving
+        {R"([412,"TP",-1])", false},                          // negative stops
+        {R"([0,"TP",0])", false},                             // no price
+        {R"([-3.5,"TP",0])", false},
+        {R"([412,"TP",0,null,"2026-11-21"])", false},         // seen after the file's day
+        {R"([412,"TP",0,"2026-02-30","2026-11-20"])", false}, // rolls to March: before leaving
+        {R"([412,"TP",0,"soon","later"])", true},             // one way, seen on the file's day
+    };
+    for (const Case& c : cases) {
+        const std::string text = std::string(R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":{"2026-12-01":)") +
+                                 c.cell + "}}}";
+        const auto b = json::decodeDocument<CalendarBook>(text, "calendars/JFK.json");
+        EXPECT_EQ(b.tripCount(), c.kept ? 1u : 0u) << c.cell;
+        EXPECT_EQ(b.skippedImpossible, c.kept ? 0 : 1) << c.cell;
+    }
+    // Without a readable file day, no seen day can be told to be late.
+    const auto undated = json::decodeDocument<CalendarBook>(
+        R"({"origin":"JFK","updated":"?","routes":{"LIS":{"2026-12-01":[412,"TP",0,null,"2030-01-01"]}}})", "c");
+    EXPECT_EQ(undated.tripCount(), 1u);
+}
+
+TEST(CalendarBook, DayTextsReadAsDayParseReadsThem) {
+    // The calendar's quick day reader against Day::parse, over month runs,
+    // month changes, rolled-over and broken days.
+    const std::vector<std::string> days = {
+        "2026-12-01", "2026-12-31", "2026-12-32", "2026-12-00", "2027-01-01", "2026-02-30",
+        "2026-13-01", "2026-00-10", "20261201", "2026-1-05", "0001-01-01", "2026-12-1x",
+        "+026-12-01", "2026-12-01T10:00", "2026-12-02"};
+    // One file, so that each text is read after the one before it.
+    std::string cells;
+    std::vector<Day> expected;
+    for (const std::string& day : days) {
+        if (!cells.empty()) cells += ",";
+        cells += R"(")" + day + R"(":[100,"TP",0,")" + day + R"("])";
+        if (auto parsed = Day::parse(day)) expected.push_back(*parsed);
+    }
+    const auto b = json::decodeDocument<CalendarBook>(
+        R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":{)" + cells + "}}}", "c");
+    std::vector<Day> departs, backs;
+    for (const RoundTrip& t : b.trips("LIS")) {
+        departs.push_back(t.depart);
+        backs.push_back(t.returnDay.value_or(Day{}));
+    }
+    EXPECT_EQ(departs, expected);
+    EXPECT_EQ(backs, expected);
+}
+
 TEST(CalendarBook, EncodesPositionallyAndRoundTrips) {
     const auto b = json::decodeDocument<CalendarBook>(readData("JFK.json"), "calendars/JFK.json");
     const json::Json j = encode(b);
@@ -120,8 +170,9 @@ TEST(CalendarBook, EncodesPositionallyAndRoundTrips) {
     EXPECT_EQ(json::decodeDocument<CalendarBook>(j.dump(), "again"), b);
 
     // Built from values: no seen leaves the array after a null back.
-    CalendarBook made{"EWR", "later", {{"CUN", {trip("CUN", 3, 219, std::nullopt, "EWR")}}}};
-    made.routes["CUN"][0].returnDay.reset();
+    RoundTrip oneWay = trip("CUN", 3, 219, std::nullopt, "EWR");
+    oneWay.returnDay.reset();
+    const CalendarBook made = CalendarBook::init("EWR", "later", {oneWay});
     const json::Json encoded = encode(made);
     EXPECT_EQ(encoded["routes"]["CUN"][(kToday + 3).text()].dump(), R"([219,"B6",0,null])");
     EXPECT_EQ(json::decodeDocument<CalendarBook>(encoded.dump(), "again"), made);
@@ -151,19 +202,42 @@ TEST(FareCalendar, MergeKeepsTheCheapestAndTiesGoToTheFirstBook) {
     auto ewr = book("EWR", {trip("LIS", 10, 400), trip("LIS", 11, 299.99), trip("CUN", 10, 251),
                             trip("SJU", 12, std::numeric_limits<double>::infinity())});
     const FareCalendar c({jfk, ewr});
-    const auto& lis = c.byDestination.at("LIS");
-    EXPECT_EQ(lis.at(kToday + 10).origin, "JFK");  // equal price: the first book stays
-    EXPECT_EQ(lis.at(kToday + 11).origin, "EWR");  // strictly lower replaces
-    EXPECT_EQ(c.byDestination.at("CUN").at(kToday + 10).origin, "JFK");
+    EXPECT_EQ(c.trip("LIS", kToday + 10)->origin, "JFK");  // equal price: the first book stays
+    EXPECT_EQ(c.trip("LIS", kToday + 11)->origin, "EWR");  // strictly lower replaces
+    EXPECT_EQ(c.trip("LIS", kToday + 11)->airline, "B6");
+    EXPECT_EQ(c.trip("CUN", kToday + 10)->origin, "JFK");
     EXPECT_FALSE(c.byDestination.contains("SJU"));  // an infinite price is no fare
 
     // Order of the books decides ties only.
     const FareCalendar reversed({ewr, jfk});
-    EXPECT_EQ(reversed.byDestination.at("LIS").at(kToday + 10).origin, "EWR");
+    EXPECT_EQ(reversed.trip("LIS", kToday + 10)->origin, "EWR");
 
     CalendarBook empty = book("JFK", {});
     empty.routes["LIS"];
     EXPECT_TRUE(FareCalendar({empty, book("EWR", {})}).isEmpty());
+}
+
+TEST(FareCalendar, OneBookNamingADayTwiceKeepsItsCheaperCellFirstMet) {
+    // 2026-11-31 rolls over to December 1, which the file names again.
+    const auto b = json::decodeDocument<CalendarBook>(
+        R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":{)"
+        R"("2026-12-02":[300,"TP",0],"2026-11-31":[250,"TP",0],"2026-12-01":[250,"UA",0],)"
+        R"("2026-11-30":[260,"TP",0]},"CUN":{"2026-12-01":[90,"AA",0]}}})",
+        "c");
+    const FareCalendar c({b});
+    EXPECT_EQ(departures(c.trips("LIS", kToday)), (std::vector<int>{10, 11, 12}));
+    EXPECT_EQ(c.trip("LIS", kToday + 11)->airline, "TP");  // equal price: the first cell stays
+    EXPECT_EQ(c.trip("CUN", kToday + 11)->airline, "AA");
+    EXPECT_EQ(c.trip("LIS", kToday + 13), std::nullopt);
+
+    // A later book adding days before, between and after the held ones.
+    const FareCalendar merged({b, book("EWR", {trip("LIS", 9, 500), trip("LIS", 11, 249),
+                                                trip("LIS", 30, 100)})});
+    std::vector<std::string> seen;
+    for (const RoundTrip& t : merged.trips("LIS", kToday)) {
+        seen.push_back(std::to_string(t.depart - kToday) + t.origin);
+    }
+    EXPECT_EQ(seen, (std::vector<std::string>{"9EWR", "10JFK", "11EWR", "12JFK", "30EWR"}));
 }
 
 TEST(FareCalendar, UsableTripsLeaveWithinTheHorizonAndWereSeenThisWeek) {

@@ -24,12 +24,8 @@ RoundTrip trip(const std::string& to, Day depart, std::optional<Day> back, doubl
     return t;
 }
 
-FareCalendar calendar(std::vector<RoundTrip> trips) {
-    CalendarBook b;
-    b.origin = "JFK";
-    b.updated = kToday.text();
-    for (RoundTrip& t : trips) b.routes[t.destination].push_back(std::move(t));
-    return FareCalendar({b});
+FareCalendar calendar(const std::vector<RoundTrip>& trips) {
+    return FareCalendar({CalendarBook::init("JFK", kToday.text(), trips)});
 }
 
 std::vector<std::string> summary(const std::vector<Getaway>& found) {

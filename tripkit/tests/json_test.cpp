@@ -83,6 +83,44 @@ TEST(Json, OptionalKeysAndCaseKeyedForms) {
     }
 }
 
+// Element i of an array value.
+json::Value element(const json::Value& array, std::size_t i) {
+    std::optional<json::Value> out;
+    std::size_t at = 0;
+    array.forEach([&](const json::Value& e) {
+        if (at++ == i) out = e;
+    });
+    return *out;
+}
+
+TEST(Json, PathsAreFoundFromTheDocumentWhenAnErrorIsMade) {
+    auto doc = json::parse(R"({"a":[1,{"b":[[],{"c":"x"}]},[]],"d":{"":5,"e.f":[null]},"a2":[]})", "t");
+    const json::Value root = doc.root();
+    // Kept after the values they came from are gone: a Value needs only its document.
+    std::optional<json::Value> c;
+    {
+        const json::Value inner = element(root.field("a"), 1);
+        c = element(inner.field("b"), 1).field("c");
+    }
+    EXPECT_EQ(c->path(), "a[1].b[1].c");
+    EXPECT_EQ(root.path(), "");
+    EXPECT_EQ(root.field("d").field("").path(), "d.");
+    EXPECT_EQ(element(root.field("d").field("e.f"), 0).path(), "d.e.f[0]");
+    EXPECT_EQ(root.field("a2").path(), "a2");
+    try {
+        element(root.field("a"), 2).field("z");
+        FAIL();
+    } catch (const json::DecodeError& e) {
+        EXPECT_EQ(std::string(e.what()), "t: a[2]: expected an object");
+    }
+    try {
+        c->number();
+        FAIL();
+    } catch (const json::DecodeError& e) {
+        EXPECT_EQ(std::string(e.what()), "t: a[1].b[1].c: expected a number");
+    }
+}
+
 TEST(Json, NumbersAreWrittenAsPeopleReadThem) {
     EXPECT_EQ(json::number(199.0).dump(), "199");
     EXPECT_EQ(json::number(199.5).dump(), "199.5");
