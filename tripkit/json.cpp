@@ -20,10 +20,15 @@ DecodeError::DecodeError(std::string source_, std::string path_, std::string mes
       message(std::move(message_)) {}
 
 Document parse(std::string_view bytes, std::string source) {
+    return parsePadded(simdjson::padded_string(bytes), std::move(source));
+}
+
+Document parsePadded(const simdjson::padded_string& bytes, std::string source) {
     Document doc;
-    doc.m_parser = std::make_unique<simdjson::dom::parser>();
+    doc.m_document = std::make_unique<simdjson::dom::document>();
     doc.m_source = std::make_unique<std::string>(std::move(source));
-    auto result = doc.m_parser->parse(bytes.data(), bytes.size(), true);
+    simdjson::dom::parser parser;
+    auto result = parser.parse_into_document(*doc.m_document, bytes);
     if (result.error() != simdjson::SUCCESS) {
         throw DecodeError(*doc.m_source, "",
                           std::string("not valid JSON: ") + simdjson::error_message(result.error()));

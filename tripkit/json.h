@@ -54,14 +54,19 @@ public:
     const std::string& source() const { return *m_source; }
 
 private:
-    friend Document parse(std::string_view bytes, std::string source);
-    std::unique_ptr<simdjson::dom::parser> m_parser;
+    friend Document parsePadded(const simdjson::padded_string& bytes, std::string source);
+    // Only the parsed document: the parser's working memory (as large again
+    // as the input) is freed once parsing ends.
+    std::unique_ptr<simdjson::dom::document> m_document;
     std::unique_ptr<std::string> m_source;  // stable address: values point at it
     simdjson::dom::element m_root;
 };
 
 // Parses `bytes` (throws DecodeError naming `source` when it is not JSON).
 Document parse(std::string_view bytes, std::string source);
+// The same for bytes that carry simdjson's padding already (as
+// FileReader::read gives them): parsed where they lie, without a copy.
+Document parsePadded(const simdjson::padded_string& bytes, std::string source);
 
 // One element of a document with its location.
 class Value {
@@ -160,6 +165,14 @@ void decode(const Value& v, std::vector<T>& out) {
 template <class T>
 T decodeDocument(std::string_view bytes, std::string source) {
     Document doc = parse(bytes, std::move(source));
+    return doc.root().as<T>();
+}
+// Takes the bytes and frees them once parsed, so that a large file is not
+// held twice while it is decoded.
+template <class T>
+T decodePadded(simdjson::padded_string bytes, std::string source) {
+    Document doc = parsePadded(bytes, std::move(source));
+    bytes = simdjson::padded_string();
     return doc.root().as<T>();
 }
 
