@@ -1,11 +1,8 @@
 #include "cli/common.h"
 
 #include <array>
-#include <cerrno>
 #include <cmath>
 #include <cstdlib>
-#include <cstring>
-#include <fstream>
 #include <sstream>
 
 #include <fmt/format.h>
@@ -71,18 +68,6 @@ tripkit::Day resolveToday(const std::string& text) {
     auto day = tripkit::Day::parse(text);
     if (!day || day->text() != text) throw UsageError("not a date (YYYY-MM-DD): " + text);
     return *day;
-}
-
-std::optional<std::string> readFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        if (errno == ENOENT) return std::nullopt;
-        throw std::runtime_error(path + ": " + std::strerror(errno));
-    }
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
-    if (in.bad()) throw std::runtime_error(path + ": read failed");
-    return bytes.str();
 }
 
 std::optional<tripkit::FareHistory> loadFareHistory(const DataOptions& data, tripkit::Day today,
