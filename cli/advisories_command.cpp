@@ -130,7 +130,7 @@ void addAdvisoriesCommand(CLI::App& root, Io& io) {
         try {
             advisories = Advisories::parse(std::string_view(*bytes), options->file);
         } catch (const json::DecodeError& e) {
-            io.err << "roamwise-cli: not an advisories feed: " << e.what() << "\n";
+            io.err << "roamwise-cli: not an advisories feed: " << shown(e.what()) << "\n";
             io.status = kNoData;
             return;
         }

@@ -2,6 +2,7 @@
 
 #include "cli/arguments.h"
 #include "cli/commands.h"
+#include "cli/table.h"
 #include "tripkit/json.h"
 
 namespace roamwise::cli {
@@ -29,18 +30,18 @@ int parseAndRun(const std::vector<std::string>& args, std::ostream& out, std::os
             app.exit(e, out, err);
             return kOk;
         }
-        err << "roamwise-cli: " << e.what() << "\n";
+        err << "roamwise-cli: " << shown(e.what()) << "\n";
         err << "Run 'roamwise-cli --help' or 'roamwise-cli COMMAND --help' for usage.\n";
         return kUsage;
     } catch (const UsageError& e) {
-        err << "roamwise-cli: " << e.what() << "\n";
+        err << "roamwise-cli: " << shown(e.what()) << "\n";
         err << "Run 'roamwise-cli --help' or 'roamwise-cli COMMAND --help' for usage.\n";
         return kUsage;
     } catch (const tripkit::json::DecodeError& e) {
-        err << "roamwise-cli: " << e.what() << "\n";
+        err << "roamwise-cli: " << shown(e.what()) << "\n";
         return kNoData;
     } catch (const std::exception& e) {
-        err << "roamwise-cli: " << e.what() << "\n";
+        err << "roamwise-cli: " << shown(e.what()) << "\n";
         return kNoData;
     }
     return io.status;

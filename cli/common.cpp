@@ -7,6 +7,8 @@
 
 #include <fmt/format.h>
 
+#include "cli/table.h"
+
 namespace roamwise::cli {
 
 void addDataOptions(CLI::App& command, DataOptions& options) {
@@ -113,7 +115,7 @@ tripkit::PartnerConfig partnerConfigFromEnvironment() {
 }
 
 void reportSkipped(std::ostream& err, const std::string& code, const std::string& why) {
-    err << "roamwise-cli: skipping " << code << ": " << why << "\n";
+    err << "roamwise-cli: skipping " << code << ": " << shown(why) << "\n";
 }
 
 void printJson(std::ostream& out, const tripkit::json::Json& value) {

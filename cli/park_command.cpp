@@ -154,7 +154,7 @@ std::optional<T> readRecord(const std::string& path, const char* what, std::ostr
         }
         return json::decodePadded<T>(std::move(*bytes), path);
     } catch (const std::exception& e) {
-        err << "roamwise-cli: not a " << what << ": " << e.what() << "\n";
+        err << "roamwise-cli: not a " << what << ": " << shown(e.what()) << "\n";
         return std::nullopt;
     }
 }

@@ -79,6 +79,12 @@ TEST(Table, CommandsEscapeDataAndFailOnAFullDisk) {
     EXPECT_EQ(r.status, kNoData);
     EXPECT_NE(r.err.find("/dev/zero: not a regular file"), std::string::npos) << r.err;
 
+    // Error messages that carry a path or a key from the user are escaped too.
+    dir.write("a\x1b[2J.json", "{");
+    r = runCli({"advisories", "--file", dir.str() + "/a\x1b[2J.json"});
+    EXPECT_NE(r.err.find("a\\x1b[2J.json: not valid JSON"), std::string::npos) << r.err;
+    EXPECT_EQ(r.err.find('\x1b'), std::string::npos);
+
     const std::string err = (dir.path / "err.txt").string();
     const int status = std::system((std::string(ROAMWISE_CLI) + " holidays 2027 >/dev/full 2>" + err).c_str());
     ASSERT_TRUE(WIFEXITED(status));
