@@ -13,7 +13,9 @@ namespace roamwise::cli {
 
 namespace {
 
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
 
 bool allDigits(std::string_view text) {
     return !text.empty() && std::all_of(text.begin(), text.end(), isDigit);
@@ -73,14 +75,13 @@ double parseNumber(std::string_view text, const std::string& name, NumberRange r
     const bool negative = digits.starts_with('-');
     if (negative || digits.starts_with('+')) digits.remove_prefix(1);
     const std::size_t point = digits.find('.');
-    const bool decimal =
-        point == std::string_view::npos
-            ? allDigits(digits)
-            : allDigits(digits.substr(point + 1)) &&
-                  (point == 0 || allDigits(digits.substr(0, point)));
+    const bool decimal = point == std::string_view::npos
+                             ? allDigits(digits)
+                             : allDigits(digits.substr(point + 1)) &&
+                                   (point == 0 || allDigits(digits.substr(0, point)));
     if (!decimal) {
-        throw UsageError(fmt::format("{} must be a decimal number like 250 or 199.50, not {}",
-                                     name, echoed(text)));
+        throw UsageError(fmt::format("{} must be a decimal number like 250 or 199.50, not {}", name,
+                                     echoed(text)));
     }
     double value = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value,
@@ -103,8 +104,8 @@ CLI::Option* addWholeOption(CLI::App& command, const std::string& name, int& int
         ->default_str(shownDefault);
 }
 
-CLI::Option* addWholeOption(CLI::App& command, const std::string& name,
-                            std::optional<int>& into, const std::string& help, WholeRange range) {
+CLI::Option* addWholeOption(CLI::App& command, const std::string& name, std::optional<int>& into,
+                            const std::string& help, WholeRange range) {
     return addParsed(command, name, into, help, "INT",
                      [range](const std::string& text, const std::string& n) {
                          return static_cast<int>(parseWhole(text, n, range));

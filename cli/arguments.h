@@ -44,8 +44,8 @@ double parseNumber(std::string_view text, const std::string& name, NumberRange r
 // set before the call is shown as the default in --help.
 CLI::Option* addWholeOption(CLI::App& command, const std::string& name, int& into,
                             const std::string& help, WholeRange range);
-CLI::Option* addWholeOption(CLI::App& command, const std::string& name,
-                            std::optional<int>& into, const std::string& help, WholeRange range);
+CLI::Option* addWholeOption(CLI::App& command, const std::string& name, std::optional<int>& into,
+                            const std::string& help, WholeRange range);
 CLI::Option* addNumberOption(CLI::App& command, const std::string& name, double& into,
                              const std::string& help, NumberRange range);
 CLI::Option* addNumberOption(CLI::App& command, const std::string& name,

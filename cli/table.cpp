@@ -44,7 +44,8 @@ void Table::print(std::ostream& out) const {
     std::vector<std::size_t> widths;
     for (const Column& c : columns) widths.push_back(c.minWidth);
     for (const auto& line : lines) {
-        for (std::size_t i = 0; i < line.size(); ++i) widths[i] = std::max(widths[i], line[i].width);
+        for (std::size_t i = 0; i < line.size(); ++i)
+            widths[i] = std::max(widths[i], line[i].width);
     }
 
     auto printLine = [&](const std::vector<Cell>& line) {
@@ -69,6 +70,8 @@ void Table::print(std::ostream& out) const {
     }
 }
 
-std::string shown(std::string_view text) { return tripkit::DisplayText::escaped(text); }
+std::string shown(std::string_view text) {
+    return tripkit::DisplayText::escaped(text);
+}
 
 }  // namespace roamwise::cli

@@ -25,8 +25,8 @@ struct Table {
 
     std::vector<Column> columns;
     std::vector<Row> rows;
-    bool titles = true;        // print the column titles as the first line
-    std::size_t indent = 0;    // spaces before every line
+    bool titles = true;      // print the column titles as the first line
+    std::size_t indent = 0;  // spaces before every line
 
     void add(std::vector<std::string> cells, std::string note = "");
     // Lines end without trailing spaces; missing cells print empty.

@@ -46,7 +46,7 @@ std::string sizeText(std::size_t bytes) {
 }  // namespace
 
 std::optional<simdjson::padded_string> FileReader::read(const std::string& path,
-                                                       std::size_t limit) {
+                                                        std::size_t limit) {
     // Non-blocking so that opening a FIFO returns at once; it is refused below.
     const int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC | O_NOCTTY);
     if (fd < 0) {
