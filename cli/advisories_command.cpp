@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "cli/commands.h"
+#include "cli/table.h"
 #include "tripkit/advisories.h"
 #include "tripkit/destinations.h"
 
@@ -47,17 +48,20 @@ void printAdvisories(std::ostream& out, const std::map<std::string, Advisory>& a
         out << "The feed has no advisories.\n";
         return;
     }
-    out << fmt::format("{:<5} {:<5} {:<24} {:<28} {:<10}  {}\n", "Code", "Level", "Country",
-                       "Advice", "Updated", "Places");
+    using A = Table::Align;
+    Table table;
+    table.columns = {{"Code", A::left, 5},    {"Level", A::left, 5},        {"Country", A::left, 24},
+                     {"Advice", A::left, 28}, {"Updated", A::left, 10}, {"Places", A::left, 0, 2}};
     for (const auto& [code, a] : advisories) {
         std::string places;
         for (const Destination* d : Advisories::destinations(a, catalog)) {
             places += (places.empty() ? "" : ", ") + d->name;
         }
-        out << fmt::format("{:<5} {:<5} {:<24} {:<28} {:<10}  {}\n", a.code, a.level, a.country,
-                           Advisories::levelText(a.level), a.updated.empty() ? "-" : a.updated,
-                           places.empty() ? "-" : places);
+        table.add({a.code, std::to_string(a.level), a.country,
+                   std::string(Advisories::levelText(a.level)), a.updated.empty() ? "-" : a.updated,
+                   places.empty() ? "-" : places});
     }
+    table.print(out);
 }
 
 json::Json placesJson(const std::vector<Destination>& kept,
@@ -83,13 +87,19 @@ void printPlaces(std::ostream& out, const std::vector<Destination>& kept,
         out << "Try another kind of trip or a wider safety setting.\n";
         return;
     }
+    Table table;
+    table.columns = {{"Code", Table::Align::left, 5},
+                     {"Place", Table::Align::left, 26},
+                     {"Country", Table::Align::left, 24},
+                     {"Advisory"}};
     for (const Destination& d : kept) {
         std::string level = "Domestic";
         if (const Advisory* a = Advisories::of(d, advisories)) {
             level = fmt::format("Level {}: {}", a->level, Advisories::levelText(a->level));
         }
-        out << fmt::format("{:<5} {:<26} {:<24} {}\n", d.code, d.name, d.country, level);
+        table.add({d.code, d.name, d.country, level});
     }
+    table.print(out);
 }
 
 }  // namespace
@@ -106,24 +116,23 @@ void addAdvisoriesCommand(CLI::App& root, Io& io) {
     command->add_option("--file", options->file,
                         "The advisories service's response body (a JSON array)")
         ->required();
-    command->add_option("--max-level", options->maxLevel,
-                        "List the places Safe & Fun keeps: abroad only levels up to 1 or 2")
-        ->check(CLI::IsMember({1, 2}));
+    addWholeOption(*command, "--max-level", options->maxLevel,
+                   "List the places Safe & Fun keeps: abroad only levels up to 1 or 2", {1, 2});
     command->add_flag("--json", options->json, "Print JSON instead of a table");
     command->callback([options, &io] {
-        std::optional<std::string> bytes = readFile(options->file);
+        std::optional<simdjson::padded_string> bytes = FileReader::read(options->file);
         if (!bytes) {
-            io.err << "roamwise-cli: no file " << options->file << "\n";
+            io.err << "roamwise-cli: no file " << shown(options->file) << "\n";
             io.status = kNoData;
             return;
         }
         std::map<std::string, Advisory> advisories;
         try {
-            Advisories::Feed feed = Advisories::read(*bytes, options->file);
-            reportImpossible(io.err, options->file, feed.impossible, "advisories");
+            Advisories::Feed feed = Advisories::read(std::string_view(*bytes), options->file);
+            reportImpossible(io.err, options->file, feed.impossible, "advisory", "advisories");
             advisories = std::move(feed.byCode);
         } catch (const json::DecodeError& e) {
-            io.err << "roamwise-cli: not an advisories feed: " << e.what() << "\n";
+            io.err << "roamwise-cli: not an advisories feed: " << shown(e.what()) << "\n";
             io.status = kNoData;
             return;
         }

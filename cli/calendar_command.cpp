@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "cli/commands.h"
+#include "cli/table.h"
 #include "tripkit/calendars.h"
 #include "tripkit/destinations.h"
 #include "tripkit/fares.h"
@@ -19,21 +20,25 @@ std::string placeName(const std::string& code) {
     return place ? place->name + " (" + code + ")" : code;
 }
 
-// One table row; `month` is left blank in the day-by-day table.
-std::string row(const std::string& month, const RoundTrip& t, Day today) {
-    const auto nights = t.nights();
-    return fmt::format("{}{:<14}  {:<14}  {:>6}  {:>9}  {:<18} {:>5}  {:<4} {:>3}d{}\n", month,
-                       dayWithWeekday(t.depart), t.returnDay ? dayWithWeekday(*t.returnDay) : "one way",
-                       nights ? std::to_string(*nights) : "-", money(t.price),
-                       Airline::display(t.airline),
-                       t.stops == 0 ? std::string("non") : std::to_string(t.stops), t.origin,
-                       Freshness::age(t.seen, today), t.isStale(today) ? " *" : "");
+// The trips table; with months, a first column names each row's month.
+Table tripTable(bool months) {
+    using A = Table::Align;
+    Table table;
+    if (months) table.columns.push_back({"Month", A::left, 8});
+    table.columns.insert(table.columns.end(),
+                         {{"Depart", A::left, 14, 2}, {"Return", A::left, 14, 2},
+                          {"Nights", A::right, 6, 2}, {"Price", A::right, 9, 2},
+                          {"Airline", A::left, 18, 2}, {"Stops", A::right, 5},
+                          {"From", A::left, 4, 2}, {"Age", A::right, 4}, {""}});
+    return table;
 }
 
-std::string header(bool months) {
-    return fmt::format("{}{:<14}  {:<14}  {:>6}  {:>9}  {:<18} {:>5}  {:<4} {:>4}\n",
-                       months ? fmt::format("{:<8}  ", "Month") : "", "Depart", "Return", "Nights",
-                       "Price", "Airline", "Stops", "From", "Age");
+std::vector<std::string> cells(const RoundTrip& t, Day today) {
+    const auto nights = t.nights();
+    return {dayWithWeekday(t.depart), t.returnDay ? dayWithWeekday(*t.returnDay) : "one way",
+            nights ? std::to_string(*nights) : "-", money(t.price), Airline::display(t.airline),
+            t.stops == 0 ? std::string("non") : std::to_string(t.stops), t.origin,
+            fmt::format("{}d", Freshness::age(t.seen, today)), t.isStale(today) ? "*" : ""};
 }
 
 void printStaleNote(std::ostream& out, bool anyStale) {
@@ -42,26 +47,30 @@ void printStaleNote(std::ostream& out, bool anyStale) {
 
 void printDays(std::ostream& out, const std::string& to, const std::vector<RoundTrip>& trips,
                Day today) {
-    out << "Day-by-day prices for " << placeName(to)
+    out << "Day-by-day prices for " << shown(placeName(to))
         << ": the cheapest round trip found leaving each day, per person\n";
-    out << header(false);
+    Table table = tripTable(false);
     bool anyStale = false;
     for (const RoundTrip& t : trips) {
         anyStale = anyStale || t.isStale(today);
-        out << row("", t, today);
+        table.add(cells(t, today));
     }
+    table.print(out);
     printStaleNote(out, anyStale);
 }
 
 void printMonths(std::ostream& out, const std::string& to,
                  const std::vector<std::pair<YearMonth, RoundTrip>>& months, Day today) {
-    out << "Cheapest round trip each month to " << placeName(to) << ", per person\n";
-    out << header(true);
+    out << "Cheapest round trip each month to " << shown(placeName(to)) << ", per person\n";
+    Table table = tripTable(true);
     bool anyStale = false;
     for (const auto& [month, t] : months) {
         anyStale = anyStale || t.isStale(today);
-        out << row(fmt::format("{:<8}  ", month.text()), t, today);
+        std::vector<std::string> row = cells(t, today);
+        row.insert(row.begin(), month.text());
+        table.add(std::move(row));
     }
+    table.print(out);
     printStaleNote(out, anyStale);
 }
 

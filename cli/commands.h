@@ -1,6 +1,7 @@
 // Every subcommand of roamwise-cli, one source file each.
 #pragma once
 
+#include "cli/arguments.h"
 #include "cli/common.h"
 
 namespace roamwise::cli {

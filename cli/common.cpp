@@ -4,14 +4,13 @@
 #include "tripkit/freshness.h"
 
 #include <array>
-#include <cerrno>
 #include <cmath>
 #include <cstdlib>
-#include <cstring>
-#include <fstream>
 #include <sstream>
 
 #include <fmt/format.h>
+
+#include "cli/table.h"
 
 namespace roamwise::cli {
 
@@ -76,18 +75,6 @@ tripkit::Day resolveToday(const std::string& text) {
     return *day;
 }
 
-std::optional<std::string> readFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    if (!in) {
-        if (errno == ENOENT) return std::nullopt;
-        throw std::runtime_error(path + ": " + std::strerror(errno));
-    }
-    std::ostringstream bytes;
-    bytes << in.rdbuf();
-    if (in.bad()) throw std::runtime_error(path + ": read failed");
-    return bytes.str();
-}
-
 std::optional<tripkit::FareHistory> loadFareHistory(const DataOptions& data, tripkit::Day today,
                                                     std::ostream& err) {
     auto files = loadHomeFiles<tripkit::HistoryBook>(data.dataDir, "history",
@@ -115,18 +102,14 @@ std::optional<tripkit::FareCalendar> loadFareCalendar(const DataOptions& data, s
         const std::string relative = "calendars/" + code + ".json";
         const std::string path = data.dataDir + "/" + relative;
         try {
-            std::optional<std::string> bytes = readFile(path);
+            std::optional<simdjson::padded_string> bytes = tripkit::FileReader::read(path);
             if (!bytes) {
                 reportSkipped(err, code, "no file " + path);
                 continue;
             }
-            const auto book = tripkit::json::decodeDocument<tripkit::CalendarBook>(
-                tripkit::json::padded(std::move(*bytes)), relative);
-            if (book.skippedImpossible > 0) {
-                err << "roamwise-cli: " << relative << ": skipped " << book.skippedImpossible
-                    << " calendar fare" << (book.skippedImpossible == 1 ? "" : "s")
-                    << " with impossible values\n";
-            }
+            const auto book =
+                tripkit::json::decodePadded<tripkit::CalendarBook>(std::move(*bytes), relative);
+            reportImpossible(err, relative, book.skippedImpossible, "calendar fare", "calendar fares");
             calendar.add(book);
             any = true;
         } catch (const std::exception& e) {
@@ -152,13 +135,14 @@ tripkit::PartnerConfig partnerConfigFromEnvironment() {
 }
 
 void reportSkipped(std::ostream& err, const std::string& code, const std::string& why) {
-    err << "roamwise-cli: skipping " << code << ": " << why << "\n";
+    err << "roamwise-cli: skipping " << code << ": " << shown(why) << "\n";
 }
 
-void reportImpossible(std::ostream& err, const std::string& file, int count, const char* what) {
+void reportImpossible(std::ostream& err, const std::string& file, int count, const char* one,
+                      const char* many) {
     if (count > 0) {
-        err << "roamwise-cli: " << file << ": skipped " << count << " " << what
-            << " with impossible values\n";
+        err << "roamwise-cli: " << shown(file) << ": skipped " << count << " "
+            << (count == 1 ? one : many) << " with impossible values\n";
     }
 }
 

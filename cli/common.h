@@ -13,6 +13,7 @@
 #include "cli/cli.h"
 #include "tripkit/calendars.h"
 #include "tripkit/days.h"
+#include "tripkit/file_reader.h"
 #include "tripkit/json.h"
 #include "tripkit/links.h"
 #include "tripkit/price_history.h"
@@ -82,10 +83,6 @@ tripkit::json::Json tripJson(const tripkit::RoundTrip& trip, tripkit::Day today)
 // (RWTravelpayoutsMarker, RWTravelpayoutsProject, RWHotelProgram, ...).
 tripkit::PartnerConfig partnerConfigFromEnvironment();
 
-// The bytes of a file, or nothing when it does not exist. Throws
-// std::runtime_error for a file that exists but cannot be read.
-std::optional<std::string> readFile(const std::string& path);
-
 void printJson(std::ostream& out, const tripkit::json::Json& value);
 
 // Formats a dollar amount: "$1,234" or "$199.50".
@@ -100,7 +97,8 @@ void reportSkipped(std::ostream& err, const std::string& code, const std::string
 // One line per file for the records left out because their values cannot be
 // true ("flights/JFK.json: skipped 3 fares with impossible values"); nothing
 // when there were none.
-void reportImpossible(std::ostream& err, const std::string& file, int count, const char* what);
+void reportImpossible(std::ostream& err, const std::string& file, int count, const char* one,
+                      const char* many);
 
 template <class T>
 std::vector<HomeFile<T>> loadHomeFiles(const std::string& dataDir, const std::string& folder,
@@ -110,12 +108,12 @@ std::vector<HomeFile<T>> loadHomeFiles(const std::string& dataDir, const std::st
         const std::string relative = folder + "/" + code + ".json";
         const std::string path = dataDir + "/" + relative;
         try {
-            std::optional<std::string> bytes = readFile(path);
+            std::optional<simdjson::padded_string> bytes = tripkit::FileReader::read(path);
             if (!bytes) {
                 reportSkipped(err, code, "no file " + path);
                 continue;
             }
-            out.push_back({code, tripkit::json::decodeDocument<T>(*bytes, relative)});
+            out.push_back({code, tripkit::json::decodePadded<T>(std::move(*bytes), relative)});
         } catch (const std::exception& e) {
             reportSkipped(err, code, e.what());
         }

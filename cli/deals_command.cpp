@@ -2,6 +2,7 @@
 #include <fmt/format.h>
 
 #include "cli/commands.h"
+#include "cli/table.h"
 #include "tripkit/fares.h"
 #include "tripkit/links.h"
 
@@ -18,20 +19,24 @@ void printTable(std::ostream& out, const std::vector<Deal>& deals, Day today,
             << " days were seen recently enough to show.\n";
         return;
     }
-    out << fmt::format("{:<5} {:<22} {:>9}  {:<10} {:<10} {:<18} {:>5}  {:<4} {:>4}\n", "Dest",
-                       "City", "Price", "Depart", "Return", "Airline", "Stops", "From", "Age");
+    using A = Table::Align;
+    Table table;
+    table.columns = {{"Dest", A::left, 5},   {"City", A::left, 22},     {"Price", A::right, 9},
+                     {"Depart", A::left, 10, 2}, {"Return", A::left, 10}, {"Airline", A::left, 18},
+                     {"Stops", A::right, 5}, {"From", A::left, 4, 2},   {"Age", A::right, 4},
+                     {""}};
     bool anyStale = false;
     for (const Deal& d : deals) {
         const bool stale = d.isStale(today);
         anyStale = anyStale || stale;
-        out << fmt::format("{:<5} {:<22} {:>9}  {:<10} {:<10} {:<18} {:>5}  {:<4} {:>3}d{}\n",
-                           d.destination, d.city, money(d.price), d.depart.text(),
-                           d.returnDay ? d.returnDay->text() : "-", Airline::display(d.airline),
-                           d.stops == 0 ? std::string("non") : std::to_string(d.stops),
-                           d.origin.value_or("-"), Freshness::age(d.seen, today),
-                           stale ? " *" : "");
-        if (links) out << "      " << links->flightSearch(d) << "\n";
+        table.add({d.destination, d.city, money(d.price), d.depart.text(),
+                   d.returnDay ? d.returnDay->text() : "-", Airline::display(d.airline),
+                   d.stops == 0 ? std::string("non") : std::to_string(d.stops),
+                   d.origin.value_or("-"), fmt::format("{}d", Freshness::age(d.seen, today)),
+                   stale ? "*" : ""},
+                  links ? links->flightSearch(d).value_or("") : "");
     }
+    table.print(out);
     if (anyStale) {
         out << "* stale: fares older than " << Freshness::freshDays
             << " days may have changed\n";
@@ -70,7 +75,8 @@ void addDealsCommand(CLI::App& root, Io& io) {
             json::Json out = json::array(deals);
             if (links) {
                 for (std::size_t i = 0; i < deals.size(); ++i) {
-                    out[i]["searchLink"] = links->flightSearch(deals[i]);
+                    const auto link = links->flightSearch(deals[i]);
+                    out[i]["searchLink"] = link ? json::Json(*link) : json::Json();
                 }
             }
             printJson(io.out, out);

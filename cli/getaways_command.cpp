@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "cli/commands.h"
+#include "cli/table.h"
 #include "tripkit/destinations.h"
 #include "tripkit/fares.h"
 #include "tripkit/freshness.h"
@@ -78,28 +79,32 @@ void printTable(std::ostream& out, const std::vector<Getaway>& getaways, const T
         out << "No trip in the calendars fits.\n";
         return;
     }
-    out << fmt::format("{:<5} {:<18} {:>9}  {:<14}  {:<14}  {:>6}  {:<18} {:>5}  {:<4} {:>4}\n",
-                       "Dest", "Place", "Price", "Depart", "Return", "Nights", "Airline", "Stops",
-                       "From", "Age");
+    using A = Table::Align;
+    Table table;
+    table.columns = {{"Dest", A::left, 5},      {"Place", A::left, 18},     {"Price", A::right, 9},
+                     {"Depart", A::left, 14, 2}, {"Return", A::left, 14, 2}, {"Nights", A::right, 6, 2},
+                     {"Airline", A::left, 18, 2}, {"Stops", A::right, 5},   {"From", A::left, 4, 2},
+                     {"Age", A::right, 4},      {""}};
     bool anyStale = false;
     for (const Getaway& g : getaways) {
         const RoundTrip& t = g.trip;
         const Destination* place = Destinations::shipped().find(t.destination);
         const auto nights = t.nights();
         anyStale = anyStale || t.isStale(today);
-        out << fmt::format(
-            "{:<5} {:<18} {:>9}  {:<14}  {:<14}  {:>6}  {:<18} {:>5}  {:<4} {:>3}d{}\n",
-            t.destination, place ? place->name : "", money(t.price), dayWithWeekday(t.depart),
-            t.returnDay ? dayWithWeekday(*t.returnDay) : "one way",
-            nights ? std::to_string(*nights) : "-", Airline::display(t.airline),
-            t.stops == 0 ? std::string("non") : std::to_string(t.stops), t.origin,
-            Freshness::age(t.seen, today), t.isStale(today) ? " *" : "");
+        std::string note;
         if (g.window) {
-            out << "      " << displayName(g.window->holiday) << ": days off "
-                << dayWithWeekday(g.window->days.first) << " to "
-                << dayWithWeekday(g.window->days.last) << "\n";
+            note = std::string(displayName(g.window->holiday)) + ": days off " +
+                   dayWithWeekday(g.window->days.first) + " to " +
+                   dayWithWeekday(g.window->days.last);
         }
+        table.add({t.destination, place ? place->name : "", money(t.price), dayWithWeekday(t.depart),
+                   t.returnDay ? dayWithWeekday(*t.returnDay) : "one way",
+                   nights ? std::to_string(*nights) : "-", Airline::display(t.airline),
+                   t.stops == 0 ? std::string("non") : std::to_string(t.stops), t.origin,
+                   fmt::format("{}d", Freshness::age(t.seen, today)), t.isStale(today) ? "*" : ""},
+                  note);
     }
+    table.print(out);
     if (anyStale) out << "* a fare seen over " << Freshness::freshDays << " days ago\n";
 }
 
@@ -125,8 +130,8 @@ void addGetawaysCommand(CLI::App& root, Io& io) {
                      "any, short (2-4 nights), week (5-9) or long (10-60)")
         ->capture_default_str();
     command->add_option("--to", options->to, "Only these destinations (e.g. LIS,CUN)");
-    command->add_option("--max", options->maxPrice, "Highest round-trip price per person")
-        ->check(CLI::PositiveNumber);
+    addNumberOption(*command, "--max", options->maxPrice, "Highest round-trip price per person",
+                    kPriceRange);
     addDataOptions(*command, options->data);
     command->callback([options, &io] {
         const TripTiming timing = parseTiming(options->timing);

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "cli/commands.h"
+#include "cli/table.h"
 #include "tripkit/price_history.h"
 
 namespace roamwise::cli {
@@ -36,9 +37,11 @@ void addHistoryCommand(CLI::App& root, Io& io) {
         } else {
             io.out << "Cheapest price each night for the last " << FareHistory::windowDays
                    << " days to " << to << "\n";
-            for (const NightPrice& n : nights) {
-                io.out << fmt::format("{}  {:>8}\n", n.day.text(), money(n.price));
-            }
+            Table table;
+            table.titles = false;
+            table.columns = {{"Night"}, {"Price", Table::Align::right, 8, 2}};
+            for (const NightPrice& n : nights) table.add({n.day.text(), money(n.price)});
+            table.print(io.out);
         }
         io.status = kOk;
     });

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "cli/commands.h"
+#include "cli/table.h"
 #include "tripkit/holidays.h"
 
 namespace roamwise::cli {
@@ -11,34 +12,37 @@ using namespace tripkit;
 
 void addHolidaysCommand(CLI::App& root, Io& io) {
     struct Options {
-        int year = 0;
+        std::optional<int> year;
         bool json = false;
     };
     auto options = std::make_shared<Options>();
     CLI::App* command = root.add_subcommand(
         "holidays", "The federal holidays of a year, observed days and days off");
-    command->add_option("YEAR", options->year, "Four-digit year (e.g. 2027)")
-        ->required()
-        ->check(CLI::Range(1000, 9999));
+    addWholeOption(*command, "YEAR", options->year, "Four-digit year (e.g. 2027)", {1000, 9999})
+        ->required();
     command->add_flag("--json", options->json, "Print JSON instead of a table");
     command->callback([options, &io] {
-        const std::vector<HolidayWindow> windows = Holidays::windows(options->year);
+        const std::vector<HolidayWindow> windows = Holidays::windows(*options->year);
         if (options->json) {
             printJson(io.out, json::array(windows));
             io.status = kOk;
             return;
         }
-        io.out << "Federal holidays " << options->year << "\n";
-        io.out << fmt::format("{:<27} {:<14}  {:<14}  {}\n", "Holiday", "Date", "Observed",
-                              "Days off");
+        io.out << "Federal holidays " << *options->year << "\n";
+        Table table;
+        table.columns = {{"Holiday", Table::Align::left, 27},
+                         {"Date", Table::Align::left, 14},
+                         {"Observed", Table::Align::left, 14, 2},
+                         {"Days off", Table::Align::left, 0, 2}};
         for (const HolidayWindow& w : windows) {
             const std::int64_t days = w.days.length();
             std::string off = dayWithWeekday(w.days.first);
             if (days > 1) off += " to " + dayWithWeekday(w.days.last);
             off += fmt::format(" ({} {})", days, days == 1 ? "day" : "days");
-            io.out << fmt::format("{:<27} {:<14}  {:<14}  {}\n", displayName(w.holiday),
-                                  dayWithWeekday(w.date), dayWithWeekday(w.observed), off);
+            table.add({std::string(displayName(w.holiday)), dayWithWeekday(w.date),
+                       dayWithWeekday(w.observed), off});
         }
+        table.print(io.out);
         io.status = kOk;
     });
 }

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "cli/commands.h"
+#include "cli/table.h"
 #include "tripkit/disney_guide.h"
 #include "tripkit/events.h"
 #include "tripkit/stay_pricing.h"
@@ -71,12 +72,17 @@ void printStays(std::ostream& out, const std::vector<ResortStay>& stays, const T
         out << "\nNo hotel of the guide fits the search's resort choice.\n";
         return;
     }
-    auto row = [&out](std::string_view name, const std::string& value) {
-        out << fmt::format("  {:<16} {}\n", name, value);
-    };
     for (const auto& [resort, s] : stays) {
-        out << "\n" << resort.name << " (" << label(resort.tier) << "), " << s.checkIn.text()
-            << " to " << s.checkOut.text() << (s.busy ? ", touches a busy date" : "") << "\n";
+        out << "\n" << shown(resort.name) << " (" << label(resort.tier) << "), "
+            << s.checkIn.text() << " to " << s.checkOut.text()
+            << (s.busy ? ", touches a busy date" : "") << "\n";
+        Table table;
+        table.titles = false;
+        table.indent = 2;
+        table.columns = {{"", Table::Align::left, 16}, {""}};
+        auto row = [&table](std::string_view name, const std::string& value) {
+            table.add({std::string(name), value});
+        };
         row("Hotel", s.hotel ? money(s.hotel->total) + (s.hotel->estimated ? " (estimated)" : "")
                              : "no price for these nights");
         row("Tickets", money(s.tickets.tickets));
@@ -90,6 +96,7 @@ void printStays(std::ostream& out, const std::vector<ResortStay>& stays, const T
         row("Food", money(s.food));
         const auto total = s.total();
         row("Total", total ? money(*total) : "-");
+        table.print(out);
     }
 }
 
@@ -98,14 +105,14 @@ void printStays(std::ostream& out, const std::vector<ResortStay>& stays, const T
 template <class T>
 std::optional<T> readRecord(const std::string& path, const char* what, std::ostream& err) {
     try {
-        std::optional<std::string> bytes = readFile(path);
+        std::optional<simdjson::padded_string> bytes = FileReader::read(path);
         if (!bytes) {
             err << "roamwise-cli: no " << what << " file " << path << "\n";
             return std::nullopt;
         }
-        return json::decodeDocument<T>(*bytes, path);
+        return json::decodePadded<T>(std::move(*bytes), path);
     } catch (const std::exception& e) {
-        err << "roamwise-cli: not a " << what << ": " << e.what() << "\n";
+        err << "roamwise-cli: not a " << what << ": " << shown(e.what()) << "\n";
         return std::nullopt;
     }
 }

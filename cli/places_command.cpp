@@ -4,6 +4,7 @@
 #include <fmt/format.h>
 
 #include "cli/commands.h"
+#include "cli/table.h"
 #include "tripkit/destinations.h"
 #include "tripkit/places.h"
 #include "tripkit/text_search.h"
@@ -37,7 +38,7 @@ std::string resolveCategory(const std::string& given) {
     for (const std::string& name : Destination::categoryNames()) {
         if (name == wanted) return name;
     }
-    throw UsageError("--category: no category \"" + given + "\"; choose one of: " +
+    throw UsageError("--category: no category \"" + shown(given) + "\"; choose one of: " +
                      joined(Destination::categoryNames(), ", "));
 }
 
@@ -59,12 +60,13 @@ void addAirports(CLI::App& places, Io& io) {
         if (options->json) {
             printJson(io.out, json::array(found));
         } else if (found.empty()) {
-            io.out << "No airport matches \"" << options->query << "\".\n";
+            io.out << "No airport matches \"" << shown(options->query) << "\".\n";
         } else {
-            io.out << fmt::format("{:<4} {:<22} {:<5} {}\n", "Code", "City", "State", "Name");
-            for (const Airport& a : found) {
-                io.out << fmt::format("{:<4} {:<22} {:<5} {}\n", a.code, a.city, a.state, a.name);
-            }
+            Table table;
+            table.columns = {{"Code", Table::Align::left, 4}, {"City", Table::Align::left, 22},
+                             {"State", Table::Align::left, 5}, {"Name"}};
+            for (const Airport& a : found) table.add({a.code, a.city, a.state, a.name});
+            table.print(io.out);
         }
         io.status = kOk;
     });
@@ -106,12 +108,14 @@ void addDestinations(CLI::App& places, Io& io) {
         } else if (found.empty()) {
             io.out << "No destination matches.\n";
         } else {
-            io.out << fmt::format("{:<4} {:<18} {:<24} {:<15} {}\n", "Code", "Name", "Country",
-                                  "Region", "Categories");
+            Table table;
+            table.columns = {{"Code", Table::Align::left, 4},     {"Name", Table::Align::left, 18},
+                             {"Country", Table::Align::left, 24}, {"Region", Table::Align::left, 15},
+                             {"Categories"}};
             for (const Destination& d : found) {
-                io.out << fmt::format("{:<4} {:<18} {:<24} {:<15} {}\n", d.code, d.name, d.country,
-                                      d.region, joined(d.categories, ", "));
+                table.add({d.code, d.name, d.country, d.region, joined(d.categories, ", ")});
             }
+            table.print(io.out);
         }
         io.status = kOk;
     });
@@ -121,29 +125,29 @@ void addNearby(CLI::App& places, Io& io) {
     struct Options {
         std::string code;
         double withinMiles = 150;
-        int limit = 10;
+        std::optional<int> limit;  // nothing: every airport within the distance
         bool json = false;
     };
     auto options = std::make_shared<Options>();
     CLI::App* command =
         places.add_subcommand("nearby", "Other airports near one, nearest first");
     command->add_option("CODE", options->code, "Airport code (e.g. MCO)")->required();
-    command->add_option("--within", options->withinMiles, "Greatest distance in miles")
-        ->capture_default_str()
-        ->check(CLI::NonNegativeNumber);
-    command->add_option("--limit", options->limit, "Most airports to list")
-        ->capture_default_str()
-        ->check(CLI::PositiveNumber);
+    // Half the Earth's circumference: every airport is within it.
+    addNumberOption(*command, "--within", options->withinMiles, "Greatest distance in miles",
+                    {0, 12'500});
+    addWholeOption(*command, "--limit", options->limit,
+                   "Most airports to list (default: all within the distance)", {1});
     command->add_flag("--json", options->json, "Print JSON instead of a table");
     command->callback([options, &io] {
         const Airports& airports = Airports::shipped();
         const Airport* origin = airports.find(upper(options->code));
         if (origin == nullptr) {
-            throw UsageError("no airport with the code \"" + options->code +
+            throw UsageError("no airport with the code \"" + shown(options->code) +
                              "\" in the catalog (see 'roamwise-cli places airports')");
         }
         const std::vector<Airport> near =
-            airports.nearby(origin->code, options->withinMiles, options->limit);
+            airports.nearby(origin->code, options->withinMiles,
+                            options->limit.value_or(std::numeric_limits<int>::max()));
         if (options->json) {
             json::Json out = json::Json::array();
             for (const Airport& a : near) {
@@ -154,15 +158,18 @@ void addNearby(CLI::App& places, Io& io) {
             printJson(io.out, out);
         } else if (near.empty()) {
             io.out << fmt::format("No airport within {} miles of {}.\n", options->withinMiles,
-                                  origin->label());
+                                  shown(origin->label()));
         } else {
-            io.out << fmt::format("Within {} miles of {}:\n", options->withinMiles, origin->label());
-            io.out << fmt::format("{:<4} {:<22} {:<5} {:>6}  {}\n", "Code", "City", "State", "Miles",
-                                  "Name");
+            io.out << fmt::format("Within {} miles of {}:\n", options->withinMiles, shown(origin->label()));
+            Table table;
+            table.columns = {{"Code", Table::Align::left, 4},  {"City", Table::Align::left, 22},
+                             {"State", Table::Align::left, 5}, {"Miles", Table::Align::right, 6},
+                             {"Name", Table::Align::left, 0, 2}};
             for (const Airport& a : near) {
-                io.out << fmt::format("{:<4} {:<22} {:<5} {:>6.0f}  {}\n", a.code, a.city, a.state,
-                                      distanceMiles(*origin, a), a.name);
+                table.add({a.code, a.city, a.state,
+                           fmt::format("{:.0f}", distanceMiles(*origin, a)), a.name});
             }
+            table.print(io.out);
         }
         io.status = kOk;
     });

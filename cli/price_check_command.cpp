@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "cli/commands.h"
+#include "cli/table.h"
 #include "tripkit/fares.h"
 #include "tripkit/price_history.h"
 
@@ -48,7 +49,7 @@ void printTable(std::ostream& out, const std::string& to, double price,
                 std::size_t nights) {
     out << to << " at " << money(price);
     if (deal) {
-        out << " (today's cheapest round trip, from " << deal->origin.value_or("?") << ", "
+        out << " (today's cheapest round trip, from " << shown(deal->origin.value_or("?")) << ", "
             << deal->depart.text() << (deal->returnDay ? " to " + deal->returnDay->text() : "")
             << ")";
     }
@@ -59,14 +60,17 @@ void printTable(std::ostream& out, const std::string& to, double price,
         return;
     }
     out << sentence(check->verdict) << " " << check->days << " days\n";
-    out << fmt::format("  {:<16} {}\n", "Nights of data", check->nights);
-    out << fmt::format("  {:<16} {}\n", "Low (25%)", money(std::round(check->low)));
-    out << fmt::format("  {:<16} {}\n", "Typical", money(std::round(check->typical)));
-    out << fmt::format("  {:<16} {}\n", "High (75%)", money(std::round(check->high)));
-    out << fmt::format("  {:<16} {:.0f}% of nights\n", "Cheaper on", check->cheaperShare * 100);
-    if (check->lowestInDays) {
-        out << fmt::format("  {:<16} {} days\n", "Lowest in", *check->lowestInDays);
-    }
+    Table table;
+    table.titles = false;
+    table.indent = 2;
+    table.columns = {{"", Table::Align::left, 16}, {""}};
+    table.add({"Nights of data", std::to_string(check->nights)});
+    table.add({"Low (25%)", money(std::round(check->low))});
+    table.add({"Typical", money(std::round(check->typical))});
+    table.add({"High (75%)", money(std::round(check->high))});
+    table.add({"Cheaper on", fmt::format("{:.0f}% of nights", check->cheaperShare * 100)});
+    if (check->lowestInDays) table.add({"Lowest in", fmt::format("{} days", *check->lowestInDays)});
+    table.print(out);
     out << kFootnote << "\n";
 }
 
@@ -82,9 +86,9 @@ void addPriceCheckCommand(CLI::App& root, Io& io) {
     CLI::App* command = root.add_subcommand(
         "price-check", "Judge a price to one destination against the last 90 nights");
     command->add_option("DEST", options->destination, "Destination code (e.g. LIS)")->required();
-    command->add_option("--price", options->price,
-                        "Round-trip price per person to judge (default: today's cheapest deal)")
-        ->check(CLI::PositiveNumber);
+    addNumberOption(*command, "--price", options->price,
+                    "Round-trip price per person to judge (default: today's cheapest deal)",
+                    kPriceRange);
     addDataOptions(*command, options->data);
     command->callback([options, &io] {
         const std::string to = parseDestinationCode(options->destination);

@@ -8,9 +8,11 @@
 
 #include <fmt/format.h>
 
+#include "cli/arguments.h"
 #include "cli/commands.h"
 #include "tripkit/alerts.h"
 #include "tripkit/destinations.h"
+#include "tripkit/file_reader.h"
 #include "tripkit/file_writer.h"
 
 namespace roamwise::cli {
@@ -22,9 +24,9 @@ namespace {
 // A missing file is an empty list; one that does not decode stops the
 // command and is left exactly as it is.
 std::vector<Watch> readWatches(const std::string& path) {
-    std::optional<std::string> bytes = readFile(path);
+    std::optional<simdjson::padded_string> bytes = FileReader::read(path);
     if (!bytes) return {};
-    return json::decodeDocument<std::vector<Watch>>(*bytes, path);
+    return json::decodePadded<std::vector<Watch>>(std::move(*bytes), path);
 }
 
 void writeWatches(const std::string& path, const std::vector<Watch>& watches) {
@@ -99,8 +101,8 @@ void addWatchCommand(CLI::App& root, Io& io) {
 
     CLI::App* add = watch->add_subcommand("add", "Watch the cheapest round trip to a destination");
     add->add_option("DEST", options->destination, "Destination code (e.g. LIS)")->required();
-    add->add_option("--target", options->target, "Alert when the price is at or under this")
-        ->check(CLI::PositiveNumber);
+    addNumberOption(*add, "--target", options->target, "Alert when the price is at or under this",
+                    kPriceRange);
     add->add_option("--window", options->window, "Only trips leaving and back in FIRST..LAST");
     add->add_option("--today", options->today, "Day to run for (YYYY-MM-DD; default: today)")
         ->check(dayValidator());
@@ -134,9 +136,9 @@ void addWatchCommand(CLI::App& root, Io& io) {
         ->check(dayValidator());
     fileOption(addTrip);
     addTrip->callback([options, &io] {
-        std::optional<std::string> bytes = readFile(options->search);
+        std::optional<simdjson::padded_string> bytes = FileReader::read(options->search);
         if (!bytes) throw std::runtime_error("no file " + options->search);
-        const TripSearch search = json::decodeDocument<TripSearch>(*bytes, options->search);
+        const TripSearch search = json::decodePadded<TripSearch>(std::move(*bytes), options->search);
         const Day checkIn = resolveToday(options->checkIn);
         Watch w;
         w.id = newID();

@@ -77,6 +77,12 @@ Document parse(const char* text, std::string source);
 // `bytes` with room reserved after them for the parser to read past the end.
 std::string padded(std::string bytes);
 
+// Bytes that carry simdjson's padding already (as FileReader::read gives
+// them): parsed where they lie, without a copy.
+inline Document parsePadded(const simdjson::padded_string& bytes, std::string source) {
+    return parse(bytes.data(), bytes.size(), true, std::move(source));
+}
+
 // One element of a document. A Value is two pointers wide and carries no
 // path: the key path of an error is found, only when one is reported, by
 // looking the element up from the document's root. So a Value may be copied
@@ -216,6 +222,15 @@ T decodeDocument(const std::string& bytes, std::string source) {
 template <class T>
 T decodeDocument(const char* text, std::string source) {
     return parse(text, std::move(source)).root().template as<T>();
+}
+
+// Takes the bytes and frees them once parsed, so that a large file is not
+// held twice while it is decoded.
+template <class T>
+T decodePadded(simdjson::padded_string bytes, std::string source) {
+    Document doc = parsePadded(bytes, std::move(source));
+    bytes = simdjson::padded_string();
+    return doc.root().template as<T>();
 }
 
 // Writing helpers.

@@ -61,13 +61,24 @@ struct Links {
                                     std::string_view destination, std::optional<Day> returnDay,
                                     const Passengers& passengers, std::string_view marker);
     // The flight search of a merged deal, for one adult: the fare file's own
-    // link when it has one, otherwise a search built from the deal.
+    // link when fareLink accepts it, otherwise a search built from the deal.
     static std::string flightSearch(const Deal& deal, std::string_view base,
                                     std::string_view marker);
-    // A link from a fare file: used as it is when it starts with "http",
-    // otherwise put under `base`; then the marker.
-    static std::string fareLink(std::string_view link, std::string_view base,
-                                std::string_view marker);
+    // A link from a fare file, with the marker: a path (with or without its
+    // leading "/") is put under `base`; a full address is kept only when it
+    // is https on the host of `base`. Path parts are percent-encoded.
+    // Nothing for any other address (another host, not https), which must
+    // not get the marker.
+    static std::optional<std::string> fareLink(std::string_view link, std::string_view base,
+                                               std::string_view marker);
+    // The one check every link the application opens passes: "https://", a
+    // host of letters, digits, dots and hyphens (and a port), no user part,
+    // and nothing a browser could read another way (spaces, controls,
+    // backslashes, quotes, non-ASCII bytes).
+    static bool isSafeLink(std::string_view url);
+    // The lower-cased host of a link isSafeLink accepts; nothing otherwise.
+    static std::optional<std::string> hostOf(std::string_view url);
+
     // `url` with its "marker" query item replaced by `marker` (unchanged when
     // the marker is empty).
     static std::string withMarker(std::string_view url, std::string_view marker);
@@ -111,13 +122,14 @@ struct PartnerConfig {
 
     // The partner links with these settings. Hotels and cars without a
     // programme get their plain search, without the redirect; tours links are
-    // offered only with a tours programme.
-    std::string flightSearch(const Deal& deal) const;
-    std::string hotelLink(std::string_view city, Day checkIn, Day checkOut,
-                          const std::vector<Links::Room>& rooms) const;
-    std::string carLink(std::string_view airport, Day pickUp, Day dropOff) const;
+    // offered only with a tours programme. Each is nothing when it fails
+    // Links::isSafeLink (a host configured without https).
+    std::optional<std::string> flightSearch(const Deal& deal) const;
+    std::optional<std::string> hotelLink(std::string_view city, Day checkIn, Day checkOut,
+                                         const std::vector<Links::Room>& rooms) const;
+    std::optional<std::string> carLink(std::string_view airport, Day pickUp, Day dropOff) const;
     std::optional<std::string> toursLink(std::string_view place) const;
-    std::string shopLink(std::string_view phrase) const;
+    std::optional<std::string> shopLink(std::string_view phrase) const;
 };
 
 }  // namespace tripkit

@@ -75,7 +75,9 @@ Links::Passengers Party::passengers() const {
 
 std::string flightSearch(const FareQuote& leg, std::string_view from, std::string_view to,
                          const Party& party, std::string_view base, std::string_view marker) {
-    if (leg.link) return Links::fareLink(*leg.link, base, marker);
+    if (leg.link) {
+        if (auto link = Links::fareLink(*leg.link, base, marker)) return *link;
+    }
     return Links::flightSearch(base, from, leg.day, to, std::nullopt, party.passengers(), marker);
 }
 

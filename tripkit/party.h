@@ -58,8 +58,8 @@ struct Party {
 };
 
 // The flight search of one planner leg (a one-way search for the whole
-// party): the fare's own link when it has one, otherwise a search built
-// from the leg.
+// party): the fare's own link when Links::fareLink accepts it, otherwise a
+// search built from the leg.
 std::string flightSearch(const FareQuote& leg, std::string_view from, std::string_view to,
                          const Party& party, std::string_view base, std::string_view marker);
 

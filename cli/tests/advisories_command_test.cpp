@@ -70,6 +70,7 @@ TEST(AdvisoriesCommand, SafeAndFunKeepsDomesticPlacesAndLowLevels) {
 
     auto table = runCli({"advisories", "--file", feed, "--max-level", "1"});
     EXPECT_NE(table.out.find("Level 1: Exercise normal precautions"), std::string::npos);
+    EXPECT_NE(table.out.find("\nCode  Place  "), std::string::npos) << table.out;
 }
 
 TEST(AdvisoriesCommand, BadFeedsAndArguments) {

@@ -45,11 +45,27 @@ TEST(Links, FlightSearchPaths) {
 
 TEST(Links, FareFileLinksAndTheMarker) {
     // No scheme and no slash, a leading slash, a full address.
-    EXPECT_EQ(Links::fareLink("search/JFK1405LIS21051", kFlights, ""), kFlights + "/search/JFK1405LIS21051");
-    EXPECT_EQ(Links::fareLink("/search/X", kFlights + "/", "7"), kFlights + "/search/X?marker=7");
-    EXPECT_EQ(Links::fareLink("https://other.example/s?a=1", kFlights, "7"),
-              "https://other.example/s?a=1&marker=7");
-    EXPECT_EQ(Links::fareLink("http://other.example/s", kFlights, ""), "http://other.example/s");
+    // Paths go under the partner; a full address only when it is https on the
+    // partner's own host. Path parts are percent-encoded, escapes kept.
+    const struct {
+        std::string link;
+        std::optional<std::string> url;  // nothing: not used (and no marker)
+    } links[] = {
+        {"search/JFK1405LIS21051", kFlights + "/search/JFK1405LIS21051?marker=7"},
+        {"/search/X?a=1", kFlights + "/search/X?a=1&marker=7"},
+        {"/search/a b/\"<é>%41?q=x y#f", kFlights + "/search/a%20b/%22%3C%C3%A9%3E%41?q=x%20y&marker=7#f"},
+        {"/search/\x1b[2J", kFlights + "/search/%1B%5B2J?marker=7"},
+        {"HTTPS://Flights.Example/s?a=1", "HTTPS://Flights.Example/s?a=1&marker=7"},
+        {"https://flights.example:443/s/x y", "https://flights.example:443/s/x%20y?marker=7"},
+        {"https://other.example/s?a=1", std::nullopt},
+        {"http://flights.example/s", std::nullopt},
+        {"https://flights.example.evil.example/s", std::nullopt},
+        {"https://flights.example@evil.example/s", std::nullopt},
+        {"//evil.example/s", std::nullopt},
+        {"javascript:alert(1)", std::nullopt},
+        {"file:///etc/passwd", std::nullopt},
+    };
+    for (const auto& l : links) EXPECT_EQ(Links::fareLink(l.link, kFlights, "7"), l.url) << l.link;
 
     // An existing marker is replaced, others are kept in order; the fragment stays last.
     EXPECT_EQ(Links::withMarker("https://a.example/s?marker=old&x=1&marker=2&y#top", "new"),
@@ -63,6 +79,39 @@ TEST(Links, FareFileLinksAndTheMarker) {
     deal.depart = kDepart;
     deal.link = "search/JFK1405LIS2105?marker=0";
     EXPECT_EQ(Links::flightSearch(deal, kFlights, "42"), kFlights + "/search/JFK1405LIS2105?marker=42");
+    // Another host's link gives way to the search built from the deal, whose
+    // codes are encoded as path parts.
+    deal.link = "https://evil.example/search";
+    deal.destination = "L/S";
+    EXPECT_EQ(Links::flightSearch(deal, kFlights, "42"), kFlights + "/search/JFK1405L%2FS1?marker=42");
+}
+
+TEST(Links, OnlySafeHttpsLinksAreOpened) {
+    const struct {
+        std::string url;
+        bool safe;
+    } cases[] = {
+        {"https://www.aviasales.com/search/JFK1405LIS1?marker=1", true},
+        {"HTTPS://a.example", true},
+        {"https://a.example:8443/x#top", true},
+        {"http://a.example/", false},
+        {"https://", false},
+        {"https:///path", false},
+        {"https://user@a.example/", false},
+        {"https://a.example:99999999/", false},
+        {"https://a_b.example/", false},
+        {"https://[::1]/", false},
+        {"https://a.example/x y", false},
+        {"https://a.example/\x1b", false},
+        {"https://a.example\\@evil.example/", false},
+        {"https://a.example/caf\xC3\xA9", false},
+        {"https://a.example/\"onclick", false},
+        {"javascript:alert(1)", false},
+        {"", false},
+    };
+    for (const auto& c : cases) EXPECT_EQ(Links::isSafeLink(c.url), c.safe) << c.url;
+    EXPECT_EQ(Links::hostOf("https://WWW.Example:1/x"), "www.example");
+    EXPECT_EQ(Links::hostOf("http://www.example/"), std::nullopt);
 }
 
 TEST(Links, RedirectsAndTargets) {
@@ -123,13 +172,18 @@ TEST(PartnerConfig, ReadsSettingsByName) {
     // only with a programme.
     c.hosts.redirect = "https://r.example";
     c.hosts.cars = "https://c.example";
-    EXPECT_TRUE(c.hotelLink("Orlando", kDepart, kReturn, {{}}).starts_with(
+    EXPECT_TRUE(c.hotelLink("Orlando", kDepart, kReturn, {{}})->starts_with(
         "https://r.example/r?marker=12345&p=4115&u=https%3A%2F%2Fwww."));
-    EXPECT_TRUE(c.carLink("MCO", kDepart, kReturn).starts_with("https://c.example/go/car/"));
+    EXPECT_TRUE(c.carLink("MCO", kDepart, kReturn)->starts_with("https://c.example/go/car/"));
     EXPECT_FALSE(c.toursLink("Orlando"));
     c.toursProgram = Links::Program{"3333", "303"};
     EXPECT_TRUE(c.toursLink("Orlando")->ends_with("&p=3333&u=https%3A%2F%2Fwww.getyourguide.com%2Fs%2F%3Fq%3DOrlando&campaign_id=303"));
-    EXPECT_TRUE(c.shopLink("socks").ends_with("/s?k=socks&tag=rw-20"));
+    EXPECT_TRUE(c.shopLink("socks")->ends_with("/s?k=socks&tag=rw-20"));
+    // A host configured without https gives no link at all.
+    c.hosts.shop = "http://s.example";
+    EXPECT_FALSE(c.shopLink("socks"));
+    c.hosts.flights = "http://f.example";
+    EXPECT_FALSE(c.flightSearch(Deal{}));
 }
 
 }  // namespace

@@ -1,0 +1,111 @@
+#include "cli/arguments.h"
+
+#include <fmt/format.h>
+#include <gtest/gtest.h>
+
+#include "cli/cli.h"
+#include "cli/common.h"
+#include "cli/tests/cli_test_support.h"
+
+namespace roamwise::cli {
+namespace {
+
+using testing::runCli;
+
+// What a parse gave: the number, or the error's text.
+template <class Parse>
+std::string outcome(Parse parse) {
+    try {
+        return fmt::format("{}", parse());
+    } catch (const UsageError& e) {
+        return e.what();
+    }
+}
+
+TEST(Arguments, NumbersAreDecimalFiniteAndInRange) {
+    const std::string big(400, '9');
+    const struct {
+        std::string text;
+        std::string whole;   // read as YEAR in 1000-9999
+        std::string number;  // read as --price in kPriceRange
+    } cases[] = {
+        {"2027", "2027", "2027"},
+        {"02027", "2027", "2027"},  // leading zeros are not octal
+        {"+2027", "2027", "2027"},
+        {"199.50", "YEAR must be a whole number, not \"199.50\"", "199.5"},
+        {".5", "YEAR must be a whole number, not \".5\"", "0.5"},
+        {"0x10", "YEAR must be a whole number, not \"0x10\"",
+         "--price must be a decimal number like 250 or 199.50, not \"0x10\""},
+        {"1e3", "YEAR must be a whole number, not \"1e3\"",
+         "--price must be a decimal number like 250 or 199.50, not \"1e3\""},
+        {"NaN", "YEAR must be a whole number, not \"NaN\"",
+         "--price must be a decimal number like 250 or 199.50, not \"NaN\""},
+        {" 7", "YEAR must be a whole number, not \" 7\"",
+         "--price must be a decimal number like 250 or 199.50, not \" 7\""},
+        {"9\x1b[2J", "YEAR must be a whole number, not \"9\\x1b[2J\"",
+         "--price must be a decimal number like 250 or 199.50, not \"9\\x1b[2J\""},
+        {"0", "YEAR must be between 1000 and 9999", "--price must be between 0.01 and 1000000"},
+        {big, "YEAR must be between 1000 and 9999", "--price must be between 0.01 and 1000000"},
+        {big + "." + big, "YEAR must be a whole number, not \"" + big.substr(0, 24) + "...\"",
+         "--price must be between 0.01 and 1000000"},
+    };
+    for (const auto& c : cases) {
+        EXPECT_EQ(outcome([&] { return parseWhole(c.text, "YEAR", {1000, 9999}); }), c.whole)
+            << c.text;
+        EXPECT_EQ(outcome([&] { return parseNumber(c.text, "--price", kPriceRange); }), c.number)
+            << c.text;
+    }
+    EXPECT_EQ(describeRange("--limit", WholeRange{1}), "--limit must be at least 1");
+    EXPECT_EQ(describeRange("--max-level", WholeRange{1, 2}), "--max-level must be 1 or 2");
+}
+
+TEST(Arguments, NearestCommandName) {
+    const std::vector<std::string> names = {"deals", "places", "price-check", "park", "holidays"};
+    const struct {
+        std::string given;
+        std::optional<std::string> nearest;
+    } cases[] = {
+        {"dael", "deals"}, {"deal", "deals"},       {"hol", "holidays"},
+        {"pricecheck", "price-check"},             {"plcaes", "places"},
+        {"p", std::nullopt},                        // begins three of them
+        {"xyz", std::nullopt},                      {"", std::nullopt},
+    };
+    for (const auto& c : cases) EXPECT_EQ(nearestName(c.given, names), c.nearest) << c.given;
+}
+
+TEST(Arguments, EveryCommandReadsThemTheSameWay) {
+    auto year = runCli({"holidays", "02027"});
+    EXPECT_EQ(year.status, kOk) << year.err;
+    EXPECT_TRUE(year.out.starts_with("Federal holidays 2027\n")) << year.out;
+
+    const std::string data = std::string(ROAMWISE_EXAMPLES) + "/data";
+    const struct {
+        std::vector<std::string> args;
+        std::string error;
+    } cases[] = {
+        {{"holidays", "0x10"}, "YEAR must be a whole number, not \"0x10\""},
+        {{"price-check", "LIS", "--data", data, "--home", "JFK", "--price", "NaN"},
+         "--price must be a decimal number"},
+        {{"getaways", "--data", data, "--home", "JFK", "--timing", "anytime", "--max", "inf"},
+         "--max must be a decimal number"},
+        {{"places", "nearby", "MCO", "--within", "1e309"}, "--within must be a decimal number"},
+        {{"places", "nearby", "MCO", "--within", "20000"}, "--within must be between 0 and 12500"},
+        {{"places", "nearby", "MCO", "--limit", "0"}, "--limit must be at least 1"},
+        {{"advisories", "--file", "f.json", "--max-level", "3"}, "--max-level must be 1 or 2"},
+        {{"dael"}, "unknown command 'dael'; did you mean 'deals'?"},
+        {{"places", "nearbyy", "MCO"}, "unknown command 'places nearbyy'; did you mean 'places nearby'?"},
+        {{"zzz"}, "unknown command 'zzz'; the commands are deals, places, "},
+    };
+    for (const auto& c : cases) {
+        auto r = runCli(c.args);
+        EXPECT_EQ(r.status, kUsage) << ::testing::PrintToString(c.args);
+        EXPECT_NE(r.err.find("roamwise-cli: " + c.error), std::string::npos) << r.err;
+    }
+
+    auto version = runCli({"--version"});
+    EXPECT_EQ(version.status, kOk);
+    EXPECT_EQ(version.out, "roamwise-cli " ROAMWISE_VERSION "\n");
+}
+
+}  // namespace
+}  // namespace roamwise::cli

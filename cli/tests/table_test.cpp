@@ -1,0 +1,98 @@
+#include "cli/table.h"
+
+#include <sys/wait.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "cli/cli.h"
+#include "cli/tests/cli_test_support.h"
+#include "tripkit/display_text.h"
+
+namespace roamwise::cli {
+namespace {
+
+using testing::runCli;
+using testing::TempDir;
+
+std::vector<std::string> linesOf(const std::string& text) {
+    std::vector<std::string> lines;
+    std::istringstream in(text);
+    for (std::string line; std::getline(in, line);) lines.push_back(line);
+    return lines;
+}
+
+TEST(Table, AlignsByDisplayWidthAndEscapesCells) {
+    Table table;
+    table.columns = {{"City"}, {"Price", Table::Align::right, 6, 2}, {"Note"}};
+    table.add({"Lisbon", "$365", "ok"});
+    table.add({"東京", "$1,020", ""}, "a note\x1b[2J");
+    table.add({"Cancu\xCC\x81n", "$219", "\xE2\x80\xAE" "evil"});
+    table.add({"\xF0\x9F\x87\xB5\xF0\x9F\x87\xB9 Porto", "$9"});
+    table.add({"Bad\x1b[31m"});
+    std::ostringstream out;
+    table.print(out);
+
+    EXPECT_EQ(out.str().find('\x1b'), std::string::npos);
+    EXPECT_EQ(out.str().find("\xE2\x80\xAE"), std::string::npos);
+    const auto lines = linesOf(out.str());
+    ASSERT_EQ(lines.size(), 7u) << out.str();
+    EXPECT_EQ(lines[0], "City          Price Note");  // the escaped last row sets the width
+    EXPECT_EQ(lines[1], "Lisbon         $365 ok");  // right-aligned, no trailing spaces
+    EXPECT_EQ(lines[3], "      a note\\x1b[2J");
+    EXPECT_EQ(lines[4], "Cancu\xCC\x81n         $219 \\u{202e}evil");
+    EXPECT_EQ(lines[6], "Bad\\x1b[31m");
+    // Every row's price ends in the same terminal column.
+    for (std::size_t i : {0u, 1u, 2u, 4u, 5u}) {
+        const std::string& line = lines[i];
+        const std::size_t end = line.find('$') == std::string::npos ? line.find("Price") + 5
+                                                                     : line.find(' ', line.find('$'));
+        EXPECT_EQ(tripkit::DisplayText::width(line.substr(0, end)), 19u) << line;
+    }
+}
+
+TEST(Table, CommandsEscapeDataAndFailOnAFullDisk) {
+    TempDir dir;
+    dir.write("flights/JFK.json",
+              "\xEF\xBB\xBF"  // a byte-order mark is fine
+              R"({"origin":"JFK","updated":"2026-11-20","toOrlando":{},"fromOrlando":{},"deals":[)"
+              R"({"destination":"LIS","city":"Lisbon\u001b[2J\u202e","country":"Portugal",)"
+              R"("price":365,"depart":"2026-12-01","airline":"TP","stops":0,)"
+              R"("link":"https://evil.example/search?marker=1"}]})");
+    auto r = runCli({"deals", "--data", dir.str(), "--home", "JFK", "--today", "2026-11-20", "--links"});
+    ASSERT_EQ(r.status, kOk) << r.err;
+    EXPECT_EQ(r.out.find('\x1b'), std::string::npos);
+    EXPECT_NE(r.out.find("Lisbon\\x1b[2J\\u{202e} "), std::string::npos) << r.out;
+    // Another host's link is not used; the partner's own search is.
+    EXPECT_EQ(r.out.find("evil.example"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("https://www.aviasales.com/search/JFK0112LIS1"), std::string::npos) << r.out;
+
+    // Files that are not regular files are refused at once, naming the path.
+    std::filesystem::create_directories(dir.path / "flights/EWR.json");
+    r = runCli({"deals", "--data", dir.str(), "--home", "EWR", "--today", "2026-11-20"});
+    EXPECT_EQ(r.status, kNoData);
+    EXPECT_NE(r.err.find("flights/EWR.json: is a directory"), std::string::npos) << r.err;
+    r = runCli({"advisories", "--file", "/dev/zero"});
+    EXPECT_EQ(r.status, kNoData);
+    EXPECT_NE(r.err.find("/dev/zero: not a regular file"), std::string::npos) << r.err;
+
+    // Error messages that carry a path or a key from the user are escaped too.
+    dir.write("a\x1b[2J.json", "{");
+    r = runCli({"advisories", "--file", dir.str() + "/a\x1b[2J.json"});
+    EXPECT_NE(r.err.find("a\\x1b[2J.json: not valid JSON"), std::string::npos) << r.err;
+    EXPECT_EQ(r.err.find('\x1b'), std::string::npos);
+
+    const std::string err = (dir.path / "err.txt").string();
+    const int status = std::system((std::string(ROAMWISE_CLI) + " holidays 2027 >/dev/full 2>" + err).c_str());
+    ASSERT_TRUE(WIFEXITED(status));
+    EXPECT_EQ(WEXITSTATUS(status), kNoData);
+    std::ifstream in(err);
+    const std::string message((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    EXPECT_NE(message.find("could not write the output"), std::string::npos) << message;
+}
+
+}  // namespace
+}  // namespace roamwise::cli
