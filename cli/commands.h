@@ -14,6 +14,7 @@ void addCalendarCommand(CLI::App& root, Io& io);
 void addGetawaysCommand(CLI::App& root, Io& io);
 void addHolidaysCommand(CLI::App& root, Io& io);
 void addParkCommand(CLI::App& root, Io& io);
+void addFeedCommand(CLI::App& root, Io& io);
 
 // In the order `--help` lists them.
 inline const std::vector<CommandAdder>& allCommands() {
@@ -27,6 +28,7 @@ inline const std::vector<CommandAdder>& allCommands() {
         addGetawaysCommand,
         addHolidaysCommand,
         addParkCommand,
+        addFeedCommand,
     };
     return adders;
 }

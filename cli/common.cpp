@@ -10,12 +10,18 @@
 
 #include <fmt/format.h>
 
+#include "feedgen/feed.h"
+
 namespace roamwise::cli {
 
 void addDataOptions(CLI::App& command, DataOptions& options) {
-    command.add_option("--data", options.dataDir, "Folder laid out like the data host")
-        ->required()
+    // Exactly one source of the nightly files.
+    CLI::Option_group* source = command.add_option_group("source", "Where the nightly files come from");
+    source->add_option("--data", options.dataDir, "Folder laid out like the data host")
         ->check(CLI::ExistingDirectory);
+    source->add_flag("--sample", options.sample,
+                     "Sample data made up for the day and the home airports, instead of --data");
+    source->require_option(1);
     command.add_option("--home", options.homes, "Home airports, main one first (e.g. JFK,EWR)")
         ->required();
     command.add_option("--today", options.today, "Day to run for (YYYY-MM-DD; default: today)")
@@ -85,9 +91,21 @@ std::optional<std::string> readFile(const std::string& path) {
     return bytes.str();
 }
 
+std::optional<std::string> readDataFile(const DataOptions& data, const std::string& relative) {
+    if (!data.sample) return readFile(data.dataDir + "/" + relative);
+    roamwise::feedgen::Options sample;
+    sample.today = resolveToday(data.today);
+    sample.airports = parseHomeCodes(data.homes);
+    try {
+        return roamwise::feedgen::generateFile(sample, relative);
+    } catch (const std::invalid_argument&) {
+        return std::nullopt;  // an airport the sample data has no fares for
+    }
+}
+
 std::optional<tripkit::FareHistory> loadFareHistory(const DataOptions& data, tripkit::Day today,
                                                     std::ostream& err) {
-    auto files = loadHomeFiles<tripkit::HistoryBook>(data.dataDir, "history",
+    auto files = loadHomeFiles<tripkit::HistoryBook>(data, "history",
                                                      parseHomeCodes(data.homes), err);
     if (files.empty()) {
         err << "roamwise-cli: no history file could be read\n";
@@ -105,7 +123,7 @@ std::optional<tripkit::FareHistory> loadFareHistory(const DataOptions& data, tri
 }
 
 std::optional<tripkit::FareCalendar> loadFareCalendar(const DataOptions& data, std::ostream& err) {
-    auto files = loadHomeFiles<tripkit::CalendarBook>(data.dataDir, "calendars",
+    auto files = loadHomeFiles<tripkit::CalendarBook>(data, "calendars",
                                                       parseHomeCodes(data.homes), err);
     if (files.empty()) {
         err << "roamwise-cli: no calendar file could be read\n";

@@ -1,0 +1,3 @@
+#include <gtest/gtest.h>
+#include "feedgen/feed.h"
+TEST(Feed, Placeholder) {}
