@@ -187,8 +187,10 @@ void writeDeal(std::string& out, const OriginNight& on, const Route& route, cons
     putPrice(out, cell.price);
     out += ", \"depart\": ";
     putDay(out, on.days.at(cell.ahead));
-    out += ", \"return\": ";
-    putDay(out, on.days.at(cell.ahead + cell.nights));
+    if (cell.nights >= 0) {
+        out += ", \"return\": ";
+        putDay(out, on.days.at(cell.ahead + cell.nights));
+    }
     out += ", \"airline\": ";
     putString(out, carrier.code);
     fmt::format_to(Out(out), ", \"stops\": {}, \"seen\": ", carrier.stops);

@@ -190,9 +190,8 @@ std::vector<Cell> calendarCells(const Night& night, const Route& route, int& bes
             const auto back = static_cast<std::size_t>(a + cell.nights);
             factor *= kBackWeekday[static_cast<std::size_t>(night.weekday[back])];
             holiday = std::max(holiday, night.holiday[back]);
-        } else {
-            factor *= 0.62;
         }
+        // A one-way ticket on these routes costs about what a round trip does.
         factor *= holiday;
         double cheapest = 0;
         for (std::size_t c = 0; c < route.carriers.size(); ++c) {
@@ -219,7 +218,7 @@ std::vector<Cell> calendarCells(const Night& night, const Route& route, int& bes
         } else {
             cell.seenAgo = 8 + spread;
         }
-        if (cell.seenAgo <= 3 && cell.nights >= 0 &&
+        if (cell.seenAgo <= 3 &&
             (best < 0 || cell.price < cells[static_cast<std::size_t>(best)].price)) {
             best = static_cast<int>(cells.size());
         }
