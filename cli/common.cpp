@@ -16,7 +16,8 @@ namespace roamwise::cli {
 
 void addDataOptions(CLI::App& command, DataOptions& options) {
     // Exactly one source of the nightly files.
-    CLI::Option_group* source = command.add_option_group("source", "Where the nightly files come from");
+    CLI::Option_group* source =
+        command.add_option_group("source", "Where the nightly files come from");
     source->add_option("--data", options.dataDir, "Folder laid out like the data host")
         ->check(CLI::ExistingDirectory);
     source->add_flag("--sample", options.sample,

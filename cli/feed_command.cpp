@@ -64,20 +64,25 @@ void addFeedCommand(CLI::App& root, Io& io) {
     CLI::App* feed = root.add_subcommand("feed", "Sample data for the data host");
     feed->require_subcommand(1);
     CLI::App* write = feed->add_subcommand(
-        "write", "Write a data-host tree of sample data for one day (flights/, calendars/, "
-                 "history/, advisories.json)");
+        "write",
+        "Write a data-host tree of sample data for one day (flights/, calendars/, "
+        "history/, advisories.json)");
     write->add_option("DIR", options->dir, "Folder to write into (made when missing)")->required();
-    write->add_option("--today", options->today, "Day of the nightly run (YYYY-MM-DD; default: today)")
+    write
+        ->add_option("--today", options->today,
+                     "Day of the nightly run (YYYY-MM-DD; default: today)")
         ->check(dayValidator());
     auto* airports = write->add_option("--airports", options->airports,
                                        "Origin airports (default: the twenty busiest)");
     write->add_flag("--all", options->all, "Every airport of the catalog")->excludes(airports);
     write->add_option("--seed", options->seed, "Seed of the made-up prices");
-    write->add_option("--extra-places", options->extraPlaces,
-                      "Made-up places beyond the catalog, for load tests")
+    write
+        ->add_option("--extra-places", options->extraPlaces,
+                     "Made-up places beyond the catalog, for load tests")
         ->check(CLI::Range(0, 100000));
-    write->add_option("--orlando-options", options->orlandoOptions,
-                      "Orlando fares per day instead of two to five, for load tests")
+    write
+        ->add_option("--orlando-options", options->orlandoOptions,
+                     "Orlando fares per day instead of two to five, for load tests")
         ->check(CLI::Range(0, 1000));
     write->callback([options, &io] {
         feedgen::Options o;
@@ -86,7 +91,8 @@ void addFeedCommand(CLI::App& root, Io& io) {
         o.extraDestinations = options->extraPlaces;
         o.orlandoOptionsPerDay = options->orlandoOptions;
         if (options->all) {
-            for (const tripkit::Airport& a : tripkit::Airports::shipped().list) o.airports.push_back(a.code);
+            for (const tripkit::Airport& a : tripkit::Airports::shipped().list)
+                o.airports.push_back(a.code);
         } else if (!options->airports.empty()) {
             o.airports = parseAirports(options->airports);
         } else {
@@ -96,9 +102,10 @@ void addFeedCommand(CLI::App& root, Io& io) {
         writeTree(options->dir, files);
         std::size_t bytes = 0;
         for (const auto& [path, text] : files) bytes += text.size();
-        io.out << fmt::format("Wrote {} files ({:.1f} MB) of sample data for {} airports as of {} to {}\n",
-                              files.size(), static_cast<double>(bytes) / 1e6, o.airports.size(),
-                              o.today.text(), options->dir);
+        io.out << fmt::format(
+            "Wrote {} files ({:.1f} MB) of sample data for {} airports as of {} to {}\n",
+            files.size(), static_cast<double>(bytes) / 1e6, o.airports.size(), o.today.text(),
+            options->dir);
         io.status = kOk;
     });
 }

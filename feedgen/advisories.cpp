@@ -17,9 +17,9 @@ namespace {
 // for a period of this many days, the periods of countries staggered.
 constexpr std::int64_t kLevelPeriod = 120;
 
-constexpr std::array<std::string_view, 5> kWording = {
-    "", "Exercise Normal Precautions", "Exercise Increased Caution", "Reconsider Travel",
-    "Do Not Travel"};
+constexpr std::array<std::string_view, 5> kWording = {"", "Exercise Normal Precautions",
+                                                      "Exercise Increased Caution",
+                                                      "Reconsider Travel", "Do Not Travel"};
 
 struct Country {
     std::string code;
@@ -66,7 +66,8 @@ std::string advisoriesFile(const Options& options) {
             if (c.names.at(n) > c.names.at(name)) name = n;
         }
         const Key key{options.seed, codeKey("ADV"), codeKey(c.code)};
-        const std::int64_t phase = static_cast<std::int64_t>(key.hash(Purpose::advisory, 0) % kLevelPeriod);
+        const std::int64_t phase =
+            static_cast<std::int64_t>(key.hash(Purpose::advisory, 0) % kLevelPeriod);
         std::int64_t period = (options.today.count + phase) / kLevelPeriod;
         if ((options.today.count + phase) % kLevelPeriod < 0) --period;
         const double u = key.uniform(Purpose::advisory, period);
@@ -81,12 +82,13 @@ std::string advisoriesFile(const Options& options) {
         const std::string stamp = updated.text() + "T00:00:00-05:00";
         out += first ? "\n" : ",\n";
         first = false;
-        fmt::format_to(std::back_inserter(out),
-                       "  {{\n    \"Title\": \"{}\",\n    \"Link\": \"{}\",\n    \"Category\": [\"{}\"],\n"
-                       "    \"Summary\": \"<p>Sample data made up by Roamwise for trying it offline; "
-                       "not a U.S. State Department advisory.</p>\",\n"
-                       "    \"Published\": \"{}\",\n    \"Updated\": \"{}\"\n  }}",
-                       title, link, c.code, stamp, stamp);
+        fmt::format_to(
+            std::back_inserter(out),
+            "  {{\n    \"Title\": \"{}\",\n    \"Link\": \"{}\",\n    \"Category\": [\"{}\"],\n"
+            "    \"Summary\": \"<p>Sample data made up by Roamwise for trying it offline; "
+            "not a U.S. State Department advisory.</p>\",\n"
+            "    \"Published\": \"{}\",\n    \"Updated\": \"{}\"\n  }}",
+            title, link, c.code, stamp, stamp);
     }
     out += first ? "]\n" : "\n]\n";
     return out;

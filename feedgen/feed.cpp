@@ -61,7 +61,8 @@ Places places(const Options& options) {
 
 const Airport& airportNamed(std::string_view code) {
     const Airport* airport = tripkit::Airports::shipped().find(code);
-    if (!airport) throw std::invalid_argument("no airport " + std::string(code) + " in the catalog");
+    if (!airport)
+        throw std::invalid_argument("no airport " + std::string(code) + " in the catalog");
     return *airport;
 }
 
@@ -70,7 +71,8 @@ std::vector<Route> routesFrom(const Night& night, const Places& places, const Ai
     routes.reserve(places.all.size());
     for (const Destination* d : places.all) {
         if (d->fareCode == origin.code || !d->lat || !d->lon) continue;
-        const double miles = std::round(tripkit::distanceMiles(origin.lat, origin.lon, *d->lat, *d->lon));
+        const double miles =
+            std::round(tripkit::distanceMiles(origin.lat, origin.lon, *d->lat, *d->lon));
         if (miles < kMinMiles) continue;
         routes.push_back(makeRoute(night, origin, *d, miles));
     }
@@ -153,7 +155,8 @@ void writeCalendarRoute(std::string& out, const OriginNight& on, const Route& ro
         putPrice(out, c.price);
         out += ", ";
         putString(out, route.carriers[static_cast<std::size_t>(c.carrier)].code);
-        fmt::format_to(Out(out), ", {}, ", route.carriers[static_cast<std::size_t>(c.carrier)].stops);
+        fmt::format_to(Out(out), ", {}, ",
+                       route.carriers[static_cast<std::size_t>(c.carrier)].stops);
         if (c.nights >= 0) {
             putDay(out, on.days.at(c.ahead + c.nights));
         } else {
@@ -175,7 +178,9 @@ void writeDeal(std::string& out, const OriginNight& on, const Route& route, cons
     const int spread = static_cast<int>(key.hash(Purpose::dealSeen, today, 1) % 4);
     // Most deals were found tonight or lately; some are stale and a few too
     // old to show, as on a real night.
-    const int seenAgo = u < 0.82 ? std::max(cell.seenAgo, 0) : u < 0.94 ? 4 + spread : 8 + spread % 3;
+    const int seenAgo = u < 0.82   ? std::max(cell.seenAgo, 0)
+                        : u < 0.94 ? 4 + spread
+                                   : 8 + spread % 3;
     const RouteCarrier& carrier = route.carriers[static_cast<std::size_t>(cell.carrier)];
     out += "    {\"destination\": ";
     putString(out, route.place->code);
@@ -242,7 +247,8 @@ void writeFareAndCalendar(const OriginNight& on, std::string* fares, std::string
         if (r.place->code == "MCO") orlando = &r;
     }
     if (fares) {
-        fares->reserve(200000 + 50000 * static_cast<std::size_t>(std::max(1, on.options.orlandoOptionsPerDay)));
+        fares->reserve(200000 + 50000 * static_cast<std::size_t>(
+                                            std::max(1, on.options.orlandoOptionsPerDay)));
         writeFileHead(*fares, on);
         writeOrlando(*fares, on, orlando, true);
         *fares += ",\n";
@@ -344,7 +350,8 @@ std::optional<std::string> generateFile(const Options& options, std::string_view
     if (slash == std::string_view::npos || !path.ends_with(".json")) return std::nullopt;
     const std::string_view folder = path.substr(0, slash);
     const std::string code(path.substr(slash + 1, path.size() - slash - 1 - 5));
-    if (std::find(options.airports.begin(), options.airports.end(), code) == options.airports.end()) {
+    if (std::find(options.airports.begin(), options.airports.end(), code) ==
+        options.airports.end()) {
         return std::nullopt;
     }
     if (folder == "flights") return fareFile(options, code);

@@ -60,12 +60,16 @@ double holidayFactor(tripkit::FederalHoliday h) {
     using tripkit::FederalHoliday;
     switch (h) {
         case FederalHoliday::thanksgiving:
-        case FederalHoliday::christmas: return 1.35;
-        case FederalHoliday::newYearsDay: return 1.28;
+        case FederalHoliday::christmas:
+            return 1.35;
+        case FederalHoliday::newYearsDay:
+            return 1.28;
         case FederalHoliday::memorialDay:
         case FederalHoliday::independenceDay:
-        case FederalHoliday::laborDay: return 1.22;
-        default: return 1.12;
+        case FederalHoliday::laborDay:
+            return 1.22;
+        default:
+            return 1.12;
     }
 }
 
@@ -117,9 +121,12 @@ double baseRoundTrip(double miles, bool domestic) {
 
 double stopsFactor(int stops) {
     switch (stops) {
-        case 0: return 1.0;
-        case 1: return 0.83;
-        default: return 0.74;
+        case 0:
+            return 1.0;
+        case 1:
+            return 0.83;
+        default:
+            return 0.74;
     }
 }
 
@@ -184,7 +191,8 @@ std::vector<Cell> calendarCells(const Night& night, const Route& route, int& bes
             cell.nights = 7 + pick % 8;
         }
         const auto out = static_cast<std::size_t>(a);
-        double factor = season[out] * night.advance[out] * kOutWeekday[static_cast<std::size_t>(weekday)];
+        double factor =
+            season[out] * night.advance[out] * kOutWeekday[static_cast<std::size_t>(weekday)];
         double holiday = night.holiday[out];
         if (cell.nights >= 0) {
             const auto back = static_cast<std::size_t>(a + cell.nights);
@@ -197,8 +205,10 @@ std::vector<Cell> calendarCells(const Night& night, const Route& route, int& bes
         for (std::size_t c = 0; c < route.carriers.size(); ++c) {
             const RouteCarrier& carrier = route.carriers[c];
             const double noise = 1 + 0.06 * key.bell(Purpose::cell, t, c) +
-                                 0.025 * key.bell(Purpose::cellNight, t, (c << 32) ^ static_cast<std::uint64_t>(today));
-            const double p = route.base * factor * carrier.priceFactor * stopsFactor(carrier.stops) * noise;
+                                 0.025 * key.bell(Purpose::cellNight, t,
+                                                  (c << 32) ^ static_cast<std::uint64_t>(today));
+            const double p =
+                route.base * factor * carrier.priceFactor * stopsFactor(carrier.stops) * noise;
             if (c == 0 || p < cheapest) {
                 cheapest = p;
                 cell.carrier = static_cast<int>(c);
@@ -206,7 +216,8 @@ std::vector<Cell> calendarCells(const Night& night, const Route& route, int& bes
         }
         cell.price = cheapest;
         const double s = key.uniform(Purpose::seen, t, static_cast<std::uint64_t>(today));
-        const int spread = static_cast<int>(key.hash(Purpose::seen, t, ~static_cast<std::uint64_t>(today)) % 4);
+        const int spread =
+            static_cast<int>(key.hash(Purpose::seen, t, ~static_cast<std::uint64_t>(today)) % 4);
         if (s < 0.02) {
             cell.seenAgo = -1;
         } else if (s < 0.62) {
@@ -229,7 +240,8 @@ std::vector<Cell> calendarCells(const Night& night, const Route& route, int& bes
     // On a night the search found nothing the calendar keeps the level of
     // the nearest night before that it did.
     double target = tonight;
-    for (std::int64_t back = 1; target == 0 && back < 30; ++back) target = historyPrice(route, today - back);
+    for (std::int64_t back = 1; target == 0 && back < 30; ++back)
+        target = historyPrice(route, today - back);
     const double scale = reference > 0 && target > 0 ? target / reference : 1.0;
     for (Cell& cell : cells) cell.price = std::max(19.0, std::round(cell.price * scale));
     if (best >= 0 && target > 0) cells[static_cast<std::size_t>(best)].price = target;
@@ -256,9 +268,9 @@ std::vector<OrlandoOption> orlandoOptions(const Night& night, const Route& route
         candidates.push_back({static_cast<int>(c), carrier.stops});
         if (!carrier.lowCost && carrier.stops == 0) candidates.push_back({static_cast<int>(c), 1});
     }
-    const std::uint64_t count =
-        optionsPerDay > 0 ? static_cast<std::uint64_t>(optionsPerDay)
-                          : 2 + key.hash(Purpose::orlandoDay, t, direction + 8) % 4;
+    const std::uint64_t count = optionsPerDay > 0
+                                    ? static_cast<std::uint64_t>(optionsPerDay)
+                                    : 2 + key.hash(Purpose::orlandoDay, t, direction + 8) % 4;
     // A shuffle drawn from hashes, so one day's choice needs no other day.
     for (std::size_t i = candidates.size(); i > 1; --i) {
         const std::size_t j = key.hash(Purpose::orlandoOption, t, direction * 1000 + i) % i;

@@ -34,11 +34,11 @@ struct Route {
 
 // One calendar cell before it is written.
 struct Cell {
-    int ahead = 0;       // departure - today
-    int nights = -1;     // -1: one way
-    int carrier = 0;     // index into the route's carriers
-    double price = 0;    // whole dollars once the calendar is priced
-    int seenAgo = -1;    // today - seen; -1: no seen day
+    int ahead = 0;     // departure - today
+    int nights = -1;   // -1: one way
+    int carrier = 0;   // index into the route's carriers
+    double price = 0;  // whole dollars once the calendar is priced
+    int seenAgo = -1;  // today - seen; -1: no seen day
 };
 
 // One Orlando one-way option before it is written.
@@ -52,17 +52,17 @@ struct OrlandoOption {
 // The factors that depend only on the night and the departure day, worked
 // out once per night and shared by every route.
 struct Night {
-    static constexpr int kHorizon = 330;      // departure days offered, today included
-    static constexpr int kMaxNights = 16;     // longest trip
+    static constexpr int kHorizon = 330;   // departure days offered, today included
+    static constexpr int kMaxNights = 16;  // longest trip
     static constexpr int kSpan = kHorizon + kMaxNights;
     static constexpr int kHistoryNights = 180;
 
     tripkit::Day today;
     std::uint64_t seed = 0;
     std::array<std::vector<double>, 3> season;  // by Season, per day ahead
-    std::vector<double> holiday;               // per day ahead
-    std::vector<int> weekday;                  // per day ahead, 1 = Sunday
-    std::vector<double> advance;               // per day ahead
+    std::vector<double> holiday;                // per day ahead
+    std::vector<int> weekday;                   // per day ahead, 1 = Sunday
+    std::vector<double> advance;                // per day ahead
 
     static Night make(tripkit::Day today, std::uint64_t seed);
 };

@@ -14,9 +14,11 @@ using testing::TempDir;
 
 TEST(FeedCommand, WritesATreeThatTheDataCommandsReadLikeSample) {
     TempDir dir;
-    auto written = runCli({"feed", "write", dir.str(), "--today", "2026-11-20", "--airports", "jfk,EWR"});
+    auto written =
+        runCli({"feed", "write", dir.str(), "--today", "2026-11-20", "--airports", "jfk,EWR"});
     ASSERT_EQ(written.status, kOk) << written.err;
-    for (const char* path : {"flights/JFK.json", "calendars/EWR.json", "history/JFK.json", "advisories.json"}) {
+    for (const char* path :
+         {"flights/JFK.json", "calendars/EWR.json", "history/JFK.json", "advisories.json"}) {
         EXPECT_TRUE(std::filesystem::exists(dir.path / path)) << path;
     }
     EXPECT_FALSE(std::filesystem::exists(dir.path / "flights/LGA.json"));
@@ -26,7 +28,8 @@ TEST(FeedCommand, WritesATreeThatTheDataCommandsReadLikeSample) {
         {"deals", "--home", "JFK,EWR", "--today", "2026-11-20", "--json"},
         {"price-check", "LIS", "--home", "JFK,EWR", "--today", "2026-11-20", "--json"},
         {"calendar", "CUN", "--months", "--home", "JFK,EWR", "--today", "2026-11-20", "--json"},
-        {"getaways", "--timing", "weekends", "--home", "JFK,EWR", "--today", "2026-11-20", "--json"},
+        {"getaways", "--timing", "weekends", "--home", "JFK,EWR", "--today", "2026-11-20",
+         "--json"},
     };
     for (std::vector<std::string> args : commands) {
         std::vector<std::string> fromDisk = args;
@@ -39,10 +42,13 @@ TEST(FeedCommand, WritesATreeThatTheDataCommandsReadLikeSample) {
         EXPECT_EQ(a.out, b.out) << args[0];
         EXPECT_FALSE(a.json().empty()) << args[0];
     }
-    auto advisories = runCli({"advisories", "--file", (dir.path / "advisories.json").string(), "--json"});
+    auto advisories =
+        runCli({"advisories", "--file", (dir.path / "advisories.json").string(), "--json"});
     ASSERT_EQ(advisories.status, kOk) << advisories.err;
     EXPECT_GT(advisories.json().size(), 50u);
-    auto deals = runCli({"deals", "--data", dir.str(), "--home", "JFK,EWR", "--today", "2026-11-20", "--json"}).json();
+    auto deals = runCli({"deals", "--data", dir.str(), "--home", "JFK,EWR", "--today", "2026-11-20",
+                         "--json"})
+                     .json();
     std::set<std::string> origins;
     for (const auto& d : deals) origins.insert(d["origin"].get<std::string>());
     EXPECT_EQ(origins, (std::set<std::string>{"JFK", "EWR"}));
@@ -54,7 +60,7 @@ TEST(FeedCommand, UsageErrors) {
         {"feed", "write", dir.str(), "--airports", "JFK,XYZ"},
         {"feed", "write", dir.str(), "--airports", "JFK", "--all"},
         {"feed", "write", dir.str(), "--today", "2026-13-01"},
-        {"deals", "--home", "JFK"},                                 // neither --data nor --sample
+        {"deals", "--home", "JFK"},                                   // neither --data nor --sample
         {"deals", "--sample", "--data", dir.str(), "--home", "JFK"},  // both
         {"history", "LIS", "--home", "JFK"},
     };

@@ -53,7 +53,8 @@ TEST(Feed, SameInputsGiveTheSameBytesAndAnotherSeedOtherPrices) {
     ASSERT_EQ(a.size(), 10u);  // three airports' three files and the advisories
 
     // One file made alone is the same as in the whole night.
-    for (const char* path : {"flights/EWR.json", "calendars/ORD.json", "history/JFK.json", "advisories.json"}) {
+    for (const char* path :
+         {"flights/EWR.json", "calendars/ORD.json", "history/JFK.json", "advisories.json"}) {
         EXPECT_EQ(generateFile(night(kToday), path), a.at(path)) << path;
     }
     EXPECT_EQ(generateFile(night(kToday), "flights/LAX.json"), std::nullopt);  // not asked for
@@ -142,13 +143,15 @@ TEST(Feed, PricesBehaveLikeFares) {
             for (const auto& [day, options] : *days) {
                 for (const FareOption& o : options) {
                     (o.stops == 0 ? nonstop : connecting)[o.airline].push_back(o.price);
-                    if (o.stops == 0) (lowCost(o.airline) ? cheapCarriers : network).push_back(o.price);
+                    if (o.stops == 0)
+                        (lowCost(o.airline) ? cheapCarriers : network).push_back(o.price);
                 }
             }
         }
         int compared = 0;
         for (const auto& [airline, prices] : connecting) {
-            if (!nonstop.count(airline) || prices.size() < 30 || nonstop[airline].size() < 30) continue;
+            if (!nonstop.count(airline) || prices.size() < 30 || nonstop[airline].size() < 30)
+                continue;
             EXPECT_GT(mean(nonstop[airline]), mean(prices) * 1.08) << code << " " << airline;
             ++compared;
         }
@@ -163,24 +166,28 @@ TEST(Feed, HolidaysAndLastMinuteAreDear) {
     const Day today = Day::fromCivil(2026, 8, 10);
     const Files files = generate(night(today, {"JFK", "ORD"}));
     const auto windows = Holidays::windows(today, today + 330);
-    const auto thanksgiving = std::find_if(windows.begin(), windows.end(), [](const HolidayWindow& w) {
-        return w.holiday == FederalHoliday::thanksgiving;
-    });
+    const auto thanksgiving = std::find_if(
+        windows.begin(), windows.end(),
+        [](const HolidayWindow& w) { return w.holiday == FederalHoliday::thanksgiving; });
     ASSERT_NE(thanksgiving, windows.end());
     int dearer = 0, routes = 0, lastMinuteDearer = 0;
     for (const char* code : {"JFK", "ORD"}) {
-        const auto calendar = decodeFile<CalendarBook>(files, std::string("calendars/") + code + ".json");
+        const auto calendar =
+            decodeFile<CalendarBook>(files, std::string("calendars/") + code + ".json");
         for (const auto& [to, trips] : calendar.routes) {
             std::vector<double> holiday, plain, lastWeek, monthsOut;
             for (const RoundTrip& t : trips) {
                 const std::int64_t offset = t.depart - thanksgiving->days.first;
                 if (offset >= -2 && offset <= 2) holiday.push_back(t.price);
-                if ((offset >= -24 && offset <= -10) || (offset >= 7 && offset <= 20)) plain.push_back(t.price);
+                if ((offset >= -24 && offset <= -10) || (offset >= 7 && offset <= 20))
+                    plain.push_back(t.price);
                 const std::int64_t ahead = t.depart - today;
                 if (ahead < 7) lastWeek.push_back(t.price);
                 if (ahead >= 50 && ahead < 57) monthsOut.push_back(t.price);
             }
-            if (holiday.size() < 3 || plain.size() < 10 || lastWeek.size() < 3 || monthsOut.size() < 3) continue;
+            if (holiday.size() < 3 || plain.size() < 10 || lastWeek.size() < 3 ||
+                monthsOut.size() < 3)
+                continue;
             ++routes;
             if (mean(holiday) > mean(plain)) ++dearer;
             if (mean(lastWeek) > mean(monthsOut)) ++lastMinuteDearer;
@@ -248,7 +255,8 @@ TEST(Feed, ConsecutiveNightsAgree) {
         ++verdicts[check->verdict];
     }
     const int deals = static_cast<int>(fares.deals.size());
-    for (auto v : {PriceCheck::Verdict::low, PriceCheck::Verdict::typical, PriceCheck::Verdict::high}) {
+    for (auto v :
+         {PriceCheck::Verdict::low, PriceCheck::Verdict::typical, PriceCheck::Verdict::high}) {
         EXPECT_GT(verdicts[v], deals / 10) << PriceCheck::text(v);
     }
 
@@ -273,7 +281,8 @@ TEST(Feed, ScalesToMorePlacesAndOptions) {
     o.orlandoOptionsPerDay = 12;
     const Files files = generate(o);
     const auto calendar = decodeFile<CalendarBook>(files, "calendars/JFK.json");
-    const auto usual = decodeFile<CalendarBook>(generate(night(kToday, {"JFK"})), "calendars/JFK.json");
+    const auto usual =
+        decodeFile<CalendarBook>(generate(night(kToday, {"JFK"})), "calendars/JFK.json");
     int extra = 0;
     for (const auto& [to, trips] : calendar.routes) extra += to.starts_with("Q");
     // A made-up place may fall within reach of the origin and be left out.
