@@ -176,8 +176,14 @@ void checkCommandNames(const CLI::App& app, const std::vector<std::string>& args
     const CLI::App* current = &app;
     std::string path;
     for (const std::string& word : args) {
+        // Option groups are nameless subcommands to CLI11: not commands.
         std::vector<std::string> names;
-        for (const CLI::App* sub : current->get_subcommands({})) names.push_back(sub->get_name());
+        std::vector<const CLI::App*> subs;
+        for (const CLI::App* sub : current->get_subcommands({})) {
+            if (sub->get_name().empty()) continue;
+            names.push_back(sub->get_name());
+            subs.push_back(sub);
+        }
         if (names.empty() || word.starts_with('-')) return;
         const auto found = std::find(names.begin(), names.end(), word);
         if (found == names.end()) {
@@ -192,7 +198,7 @@ void checkCommandNames(const CLI::App& app, const std::vector<std::string>& args
             }
             throw UsageError(message);
         }
-        current = current->get_subcommands({})[static_cast<std::size_t>(found - names.begin())];
+        current = subs[static_cast<std::size_t>(found - names.begin())];
         path += word + " ";
     }
 }

@@ -15,6 +15,7 @@ void addCalendarCommand(CLI::App& root, Io& io);
 void addGetawaysCommand(CLI::App& root, Io& io);
 void addHolidaysCommand(CLI::App& root, Io& io);
 void addParkCommand(CLI::App& root, Io& io);
+void addFeedCommand(CLI::App& root, Io& io);
 void addWatchCommand(CLI::App& root, Io& io);
 
 // In the order `--help` lists them.
@@ -29,6 +30,7 @@ inline const std::vector<CommandAdder>& allCommands() {
         addGetawaysCommand,
         addHolidaysCommand,
         addParkCommand,
+        addFeedCommand,
         addWatchCommand,
     };
     return adders;

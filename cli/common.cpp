@@ -11,13 +11,19 @@
 #include <fmt/format.h>
 
 #include "cli/table.h"
+#include "feedgen/feed.h"
 
 namespace roamwise::cli {
 
 void addDataOptions(CLI::App& command, DataOptions& options) {
-    command.add_option("--data", options.dataDir, "Folder laid out like the data host")
-        ->required()
+    // Exactly one source of the nightly files.
+    CLI::Option_group* source =
+        command.add_option_group("source", "Where the nightly files come from");
+    source->add_option("--data", options.dataDir, "Folder laid out like the data host")
         ->check(CLI::ExistingDirectory);
+    source->add_flag("--sample", options.sample,
+                     "Sample data made up for the day and the home airports, instead of --data");
+    source->require_option(1);
     command.add_option("--home", options.homes, "Home airports, main one first (e.g. JFK,EWR)")
         ->required();
     command.add_option("--today", options.today, "Day to run for (YYYY-MM-DD; default: today)")
@@ -75,9 +81,23 @@ tripkit::Day resolveToday(const std::string& text) {
     return *day;
 }
 
+std::optional<simdjson::padded_string> readDataFile(const DataOptions& data, const std::string& relative) {
+    if (!data.sample) return tripkit::FileReader::read(data.dataDir + "/" + relative);
+    roamwise::feedgen::Options sample;
+    sample.today = resolveToday(data.today);
+    sample.airports = parseHomeCodes(data.homes);
+    try {
+        std::optional<std::string> bytes = roamwise::feedgen::generateFile(sample, relative);
+        if (!bytes) return std::nullopt;
+        return simdjson::padded_string(*bytes);
+    } catch (const std::invalid_argument&) {
+        return std::nullopt;  // an airport the sample data has no fares for
+    }
+}
+
 std::optional<tripkit::FareHistory> loadFareHistory(const DataOptions& data, tripkit::Day today,
                                                     std::ostream& err) {
-    auto files = loadHomeFiles<tripkit::HistoryBook>(data.dataDir, "history",
+    auto files = loadHomeFiles<tripkit::HistoryBook>(data, "history",
                                                      parseHomeCodes(data.homes), err);
     if (files.empty()) {
         err << "roamwise-cli: no history file could be read\n";
@@ -100,11 +120,12 @@ std::optional<tripkit::FareCalendar> loadFareCalendar(const DataOptions& data, s
     bool any = false;
     for (const std::string& code : parseHomeCodes(data.homes)) {
         const std::string relative = "calendars/" + code + ".json";
-        const std::string path = data.dataDir + "/" + relative;
         try {
-            std::optional<simdjson::padded_string> bytes = tripkit::FileReader::read(path);
+            std::optional<simdjson::padded_string> bytes = readDataFile(data, relative);
             if (!bytes) {
-                reportSkipped(err, code, "no file " + path);
+                reportSkipped(err, code,
+                              data.sample ? "no sample data for " + code
+                                          : "no file " + data.dataDir + "/" + relative);
                 continue;
             }
             const auto book =

@@ -39,6 +39,7 @@ using CommandAdder = std::function<void(CLI::App& root, Io& io)>;
 // The options of every command that reads a data-host folder.
 struct DataOptions {
     std::string dataDir;
+    bool sample = false;  // --sample: files made in memory for the day instead of read
     std::string homes;  // "JFK,EWR"
     std::string today;  // "YYYY-MM-DD", empty for today
     bool json = false;
@@ -62,10 +63,14 @@ struct HomeFile {
 };
 
 // Reads and decodes "<dir>/<folder>/<CODE>.json" for each home airport, in
-// order. A missing or undecodable file is reported on `err` and skipped.
+// order (with --sample, the sample file of the day made in memory). A
+// missing or undecodable file is reported on `err` and skipped.
 template <class T>
-std::vector<HomeFile<T>> loadHomeFiles(const std::string& dataDir, const std::string& folder,
+std::vector<HomeFile<T>> loadHomeFiles(const DataOptions& data, const std::string& folder,
                                        const std::vector<std::string>& codes, std::ostream& err);
+// The bytes of one data-host file ("flights/JFK.json"): from --data's folder,
+// or with --sample generated for the day; nothing when there is none.
+std::optional<simdjson::padded_string> readDataFile(const DataOptions& data, const std::string& relative);
 
 // The home airports' "history/CODE.json" files merged for `today`; nothing
 // (after saying why on `err`) when none could be read.
@@ -101,16 +106,17 @@ void reportImpossible(std::ostream& err, const std::string& file, int count, con
                       const char* many);
 
 template <class T>
-std::vector<HomeFile<T>> loadHomeFiles(const std::string& dataDir, const std::string& folder,
+std::vector<HomeFile<T>> loadHomeFiles(const DataOptions& data, const std::string& folder,
                                        const std::vector<std::string>& codes, std::ostream& err) {
     std::vector<HomeFile<T>> out;
     for (const std::string& code : codes) {
         const std::string relative = folder + "/" + code + ".json";
-        const std::string path = dataDir + "/" + relative;
         try {
-            std::optional<simdjson::padded_string> bytes = tripkit::FileReader::read(path);
+            std::optional<simdjson::padded_string> bytes = readDataFile(data, relative);
             if (!bytes) {
-                reportSkipped(err, code, "no file " + path);
+                reportSkipped(err, code,
+                              data.sample ? "no sample data for " + code
+                                          : "no file " + data.dataDir + "/" + relative);
                 continue;
             }
             out.push_back({code, tripkit::json::decodePadded<T>(std::move(*bytes), relative)});

@@ -1,0 +1,303 @@
+#include "feedgen/feed.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "tripkit/advisories.h"
+#include "tripkit/calendars.h"
+#include "tripkit/destinations.h"
+#include "tripkit/fares.h"
+#include "tripkit/holidays.h"
+#include "tripkit/places.h"
+#include "tripkit/price_history.h"
+
+namespace roamwise::feedgen {
+namespace {
+
+using namespace tripkit;
+
+Options night(Day today, std::vector<std::string> airports = {"JFK", "EWR", "ORD"},
+              std::uint64_t seed = kDefaultSeed) {
+    Options o;
+    o.today = today;
+    o.seed = seed;
+    o.airports = std::move(airports);
+    return o;
+}
+
+const Day kToday = Day::fromCivil(2026, 11, 20);
+
+template <class T>
+T decodeFile(const Files& files, const std::string& path) {
+    return json::decodeDocument<T>(files.at(path), path);
+}
+
+double mean(const std::vector<double>& v) {
+    double sum = 0;
+    for (double x : v) sum += x;
+    return v.empty() ? 0 : sum / static_cast<double>(v.size());
+}
+
+bool lowCost(const std::string& airline) {
+    return airline == "B6" || airline == "WN" || airline == "NK" || airline == "F9" ||
+           airline == "G4" || airline == "SY" || airline == "AS";
+}
+
+TEST(Feed, SameInputsGiveTheSameBytesAndAnotherSeedOtherPrices) {
+    const Files a = generate(night(kToday));
+    const Files b = generate(night(kToday));
+    EXPECT_EQ(a, b);
+    ASSERT_EQ(a.size(), 10u);  // three airports' three files and the advisories
+
+    // One file made alone is the same as in the whole night.
+    for (const char* path :
+         {"flights/EWR.json", "calendars/ORD.json", "history/JFK.json", "advisories.json"}) {
+        EXPECT_EQ(generateFile(night(kToday), path), a.at(path)) << path;
+    }
+    EXPECT_EQ(generateFile(night(kToday), "flights/LAX.json"), std::nullopt);  // not asked for
+    EXPECT_EQ(generateFile(night(kToday), "guides/JFK.json"), std::nullopt);
+    EXPECT_THROW(generate(night(kToday, {"XYZ"})), std::invalid_argument);
+
+    const Files other = generate(night(kToday, {"JFK", "EWR", "ORD"}, 7));
+    for (const char* path : {"flights/JFK.json", "calendars/JFK.json", "history/JFK.json"}) {
+        EXPECT_NE(other.at(path), a.at(path)) << path;
+    }
+}
+
+TEST(Feed, EveryFileDecodesWithTheAppsOwnDecoders) {
+    const Files files = generate(night(kToday));
+    const std::size_t catalog = Destinations::shipped().list.size();
+    for (const char* code : {"JFK", "EWR", "ORD"}) {
+        const std::string c = code;
+        const auto fares = decodeFile<FareBook>(files, "flights/" + c + ".json");
+        const auto calendar = decodeFile<CalendarBook>(files, "calendars/" + c + ".json");
+        const auto history = decodeFile<HistoryBook>(files, "history/" + c + ".json");
+        EXPECT_EQ(fares.origin, c);
+        EXPECT_EQ(fares.updated, "2026-11-20");
+        EXPECT_GT(fares.toOrlando.size(), 250u);
+        EXPECT_GT(fares.fromOrlando.size(), 250u);
+        // A deal to nearly every place; the places too near (JFK from EWR) and
+        // a few without a fare tonight are left out.
+        EXPECT_GT(fares.deals.size(), catalog * 8 / 10);
+        EXPECT_LT(fares.deals.size(), catalog);
+        EXPECT_GT(calendar.routes.size(), catalog * 9 / 10);
+        EXPECT_EQ(history.updated, kToday);
+        EXPECT_EQ(history.from, kToday - 179);
+        for (const auto& [to, series] : history.routes) EXPECT_EQ(series.size(), 180u) << to;
+        // Every departure day of the calendar is offered (today to 330 days on).
+        for (const auto& route : calendar.routes) {
+            const std::string& to = route.first;
+            const std::vector<RoundTrip> trips = calendar.trips(to);
+            for (const RoundTrip& t : trips) {
+                ASSERT_TRUE(t.depart >= kToday && t.depart - kToday < 330) << to;
+                ASSERT_GT(t.price, 0);
+            }
+        }
+    }
+    const auto advisories = Advisories::parse(files.at("advisories.json"));
+    std::set<std::string> wanted;
+    for (const Destination& d : Destinations::shipped().list) {
+        if (d.advisory) wanted.insert(*d.advisory);
+    }
+    EXPECT_EQ(advisories.size(), wanted.size());
+    std::set<int> levels;
+    for (const auto& [code, a] : advisories) {
+        EXPECT_TRUE(wanted.count(code)) << code;
+        EXPECT_NE(a.title.find("sample data"), std::string::npos) << a.title;
+        EXPECT_EQ(a.country.find(" - "), std::string::npos);
+        levels.insert(a.level);
+    }
+    EXPECT_EQ(advisories.at("FR").country, "France");  // not Guadeloupe, met first
+    EXPECT_GE(levels.size(), 3u);
+}
+
+// Loose checks of the shape of the prices: each would fail for a generator
+// that lost one of its factors, not for an unlucky draw.
+TEST(Feed, PricesBehaveLikeFares) {
+    const Files files = generate(night(kToday, {"JFK", "BOS", "ORD", "ATL"}));
+    const Airports& airports = Airports::shipped();
+    const Destinations& places = Destinations::shipped();
+
+    // Farther is dearer.
+    std::vector<double> near, middle, far;
+    for (const char* code : {"JFK", "BOS", "ORD", "ATL"}) {
+        const auto fares = decodeFile<FareBook>(files, std::string("flights/") + code + ".json");
+        const Airport& from = *airports.find(code);
+        for (const Deal& d : fares.deals) {
+            const Destination& to = *places.find(d.destination);
+            const double miles = distanceMiles(from.lat, from.lon, *to.lat, *to.lon);
+            (miles < 1500 ? near : miles < 4000 ? middle : far).push_back(d.price);
+        }
+    }
+    EXPECT_LT(mean(near) * 1.3, mean(middle));
+    EXPECT_LT(mean(middle) * 1.3, mean(far));
+
+    // Nonstops dearer than the same airline's connections, low-cost nonstops
+    // cheaper than network ones, on the Orlando routes.
+    for (const char* code : {"JFK", "BOS", "ORD", "ATL"}) {
+        const auto fares = decodeFile<FareBook>(files, std::string("flights/") + code + ".json");
+        std::map<std::string, std::vector<double>> nonstop, connecting;
+        std::vector<double> cheapCarriers, network;
+        for (const auto* days : {&fares.toOrlando, &fares.fromOrlando}) {
+            for (const auto& [day, options] : *days) {
+                for (const FareOption& o : options) {
+                    (o.stops == 0 ? nonstop : connecting)[o.airline].push_back(o.price);
+                    if (o.stops == 0)
+                        (lowCost(o.airline) ? cheapCarriers : network).push_back(o.price);
+                }
+            }
+        }
+        int compared = 0;
+        for (const auto& [airline, prices] : connecting) {
+            if (!nonstop.count(airline) || prices.size() < 30 || nonstop[airline].size() < 30)
+                continue;
+            EXPECT_GT(mean(nonstop[airline]), mean(prices) * 1.08) << code << " " << airline;
+            ++compared;
+        }
+        EXPECT_GT(compared, 0) << code;
+        ASSERT_FALSE(cheapCarriers.empty()) << code;
+        EXPECT_LT(mean(cheapCarriers) * 1.07, mean(network)) << code;
+    }
+}
+
+TEST(Feed, HolidaysAndLastMinuteAreDear) {
+    // Thanksgiving well ahead, so it is not also a last-minute fare.
+    const Day today = Day::fromCivil(2026, 8, 10);
+    const Files files = generate(night(today, {"JFK", "ORD"}));
+    const auto windows = Holidays::windows(today, today + 330);
+    const auto thanksgiving = std::find_if(
+        windows.begin(), windows.end(),
+        [](const HolidayWindow& w) { return w.holiday == FederalHoliday::thanksgiving; });
+    ASSERT_NE(thanksgiving, windows.end());
+    int dearer = 0, routes = 0, lastMinuteDearer = 0;
+    for (const char* code : {"JFK", "ORD"}) {
+        const auto calendar =
+            decodeFile<CalendarBook>(files, std::string("calendars/") + code + ".json");
+        for (const auto& route : calendar.routes) {
+            const std::string& to = route.first;
+            const std::vector<RoundTrip> trips = calendar.trips(to);
+            std::vector<double> holiday, plain, lastWeek, monthsOut;
+            for (const RoundTrip& t : trips) {
+                const std::int64_t offset = t.depart - thanksgiving->days.first;
+                if (offset >= -2 && offset <= 2) holiday.push_back(t.price);
+                if ((offset >= -24 && offset <= -10) || (offset >= 7 && offset <= 20))
+                    plain.push_back(t.price);
+                const std::int64_t ahead = t.depart - today;
+                if (ahead < 7) lastWeek.push_back(t.price);
+                if (ahead >= 50 && ahead < 57) monthsOut.push_back(t.price);
+            }
+            if (holiday.size() < 3 || plain.size() < 10 || lastWeek.size() < 3 ||
+                monthsOut.size() < 3)
+                continue;
+            ++routes;
+            if (mean(holiday) > mean(plain)) ++dearer;
+            if (mean(lastWeek) > mean(monthsOut)) ++lastMinuteDearer;
+        }
+    }
+    ASSERT_GT(routes, 200);
+    EXPECT_GT(dearer, routes * 9 / 10);
+    EXPECT_GT(lastMinuteDearer, routes * 9 / 10);
+}
+
+TEST(Feed, SeenDaysAreMostlyRecentWithSomeOlder) {
+    const Files files = generate(night(kToday, {"JFK"}));
+    const auto calendar = decodeFile<CalendarBook>(files, "calendars/JFK.json");
+    const auto fares = decodeFile<FareBook>(files, "flights/JFK.json");
+    std::map<std::string, int> ages;  // "fresh", "stale", "tooOld"
+    int total = 0;
+    const auto count = [&](std::optional<Day> seen) {
+        const std::int64_t age = seen ? kToday - *seen : 0;
+        ++ages[age <= 3 ? "fresh" : age <= 7 ? "stale" : "tooOld"];
+        ++total;
+    };
+    for (const auto& route : calendar.routes) {
+            const std::string& to = route.first;
+            const std::vector<RoundTrip> trips = calendar.trips(to);
+        for (const RoundTrip& t : trips) count(t.seen);
+    }
+    for (const Deal& d : fares.deals) count(d.seen);
+    for (const auto& [day, options] : fares.toOrlando) {
+        for (const FareOption& o : options) count(o.seen);
+    }
+    EXPECT_GT(ages["fresh"], total * 7 / 10);
+    EXPECT_GT(ages["stale"], total / 30);
+    EXPECT_GT(ages["tooOld"], total / 100);
+    // Some deals are greyed or hidden, most are not.
+    int staleDeals = 0;
+    for (const Deal& d : fares.deals) staleDeals += d.isStale(kToday);
+    EXPECT_GT(staleDeals, 0);
+    EXPECT_LT(staleDeals, static_cast<int>(fares.deals.size()) / 3);
+}
+
+TEST(Feed, ConsecutiveNightsAgree) {
+    const Files today = generate(night(kToday, {"JFK"}));
+    const Files tomorrow = generate(night(kToday + 1, {"JFK"}));
+    const auto h0 = decodeFile<HistoryBook>(today, "history/JFK.json");
+    const auto h1 = decodeFile<HistoryBook>(tomorrow, "history/JFK.json");
+    ASSERT_EQ(h1.from, h0.from + 1);
+    ASSERT_EQ(h0.routes.size(), h1.routes.size());
+    for (const auto& [to, series] : h0.routes) {
+        const auto& next = h1.routes.at(to);
+        ASSERT_TRUE(std::equal(series.begin() + 1, series.end(), next.begin())) << to;
+    }
+
+    // Tonight's deal is tonight's history price and the calendar's cheapest
+    // fresh trip; judged against the history, the places get every verdict.
+    const auto fares = decodeFile<FareBook>(today, "flights/JFK.json");
+    const auto calendar = decodeFile<CalendarBook>(today, "calendars/JFK.json");
+    const FareHistory history({h0}, kToday);
+    const FareCalendar merged({calendar});
+    std::map<PriceCheck::Verdict, int> verdicts;
+    for (const Deal& d : fares.deals) {
+        EXPECT_EQ(h0.routes.at(d.destination).back(), d.price) << d.destination;
+        const auto best = merged.cheapest(d.destination, std::nullopt, kToday, true);
+        ASSERT_TRUE(best) << d.destination;
+        EXPECT_EQ(best->price, d.price) << d.destination;
+        const auto check = history.check(d.price, d.destination, kToday);
+        ASSERT_TRUE(check) << d.destination;
+        ++verdicts[check->verdict];
+    }
+    const int deals = static_cast<int>(fares.deals.size());
+    for (auto v :
+         {PriceCheck::Verdict::low, PriceCheck::Verdict::typical, PriceCheck::Verdict::high}) {
+        EXPECT_GT(verdicts[v], deals / 10) << PriceCheck::text(v);
+    }
+
+    // Between the two nights some prices drop by five dollars or more (a
+    // watch fires) and some rise.
+    const auto next = decodeFile<FareBook>(tomorrow, "flights/JFK.json");
+    int drops = 0, rises = 0;
+    for (const Deal& d : fares.deals) {
+        for (const Deal& e : next.deals) {
+            if (e.destination != d.destination) continue;
+            drops += e.price <= d.price - 5;
+            rises += e.price >= d.price + 5;
+        }
+    }
+    EXPECT_GT(drops, deals / 10);
+    EXPECT_GT(rises, deals / 10);
+}
+
+TEST(Feed, ScalesToMorePlacesAndOptions) {
+    Options o = night(kToday, {"JFK"});
+    o.extraDestinations = 40;
+    o.orlandoOptionsPerDay = 12;
+    const Files files = generate(o);
+    const auto calendar = decodeFile<CalendarBook>(files, "calendars/JFK.json");
+    const auto usual =
+        decodeFile<CalendarBook>(generate(night(kToday, {"JFK"})), "calendars/JFK.json");
+    int extra = 0;
+    for (const auto& [to, trips] : calendar.routes) extra += to.starts_with("Q");
+    // A made-up place may fall within reach of the origin and be left out.
+    EXPECT_GE(extra, 38);
+    EXPECT_EQ(calendar.routes.size(), usual.routes.size() + static_cast<std::size_t>(extra));
+    const auto fares = decodeFile<FareBook>(files, "flights/JFK.json");
+    for (const auto& [day, options] : fares.toOrlando) ASSERT_EQ(options.size(), 12u) << day;
+    EXPECT_TRUE(decodeFile<HistoryBook>(files, "history/JFK.json").routes.count("QAA"));
+}
+
+}  // namespace
+}  // namespace roamwise::feedgen
