@@ -14,6 +14,8 @@ void addCalendarCommand(CLI::App& root, Io& io);
 void addGetawaysCommand(CLI::App& root, Io& io);
 void addHolidaysCommand(CLI::App& root, Io& io);
 void addParkCommand(CLI::App& root, Io& io);
+void addChecklistCommand(CLI::App& root, Io& io);
+void addBestTimeCommand(CLI::App& root, Io& io);
 
 // In the order `--help` lists them.
 inline const std::vector<CommandAdder>& allCommands() {
@@ -27,6 +29,8 @@ inline const std::vector<CommandAdder>& allCommands() {
         addGetawaysCommand,
         addHolidaysCommand,
         addParkCommand,
+        addChecklistCommand,
+        addBestTimeCommand,
     };
     return adders;
 }
