@@ -19,7 +19,9 @@ constexpr const char* kMonthNames[12] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun
 
 // Scores are fractions; six places keep them exact enough for any reader
 // without printing float noise.
-double rounded(double value) { return std::round(value * 1e6) / 1e6; }
+double rounded(double value) {
+    return std::round(value * 1e6) / 1e6;
+}
 
 struct BestTimeView {
     const Destination* place = nullptr;

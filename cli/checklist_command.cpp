@@ -44,18 +44,19 @@ json::Json checklistJson(const Checklist& c, Day today) {
 }
 
 void printChecklistTable(std::ostream& out, const Checklist& c, Day today) {
-    out << c.place->name << " (" << c.place->code << "), " << (c.place->domestic ? "at home" : "abroad")
-        << ": " << c.basics.summary() << "\n\n";
+    out << c.place->name << " (" << c.place->code << "), "
+        << (c.place->domestic ? "at home" : "abroad") << ": " << c.basics.summary() << "\n\n";
     out << "Entry basics\n  " << c.basics.text() << "\n";
     if (const auto note = c.basics.note()) out << "  " << *note << "\n";
     for (const EntryBasics::Link& link : c.basics.links()) {
         out << "  " << link.title << ": " << link.url << "\n";
     }
     if (c.reminder) {
-        out << "\n" << PassportReminder::title << "\n  "
+        out << "\n"
+            << PassportReminder::title << "\n  "
             << fmt::format("{} {} before the trip on {}: {}", c.reminder->weeks,
-                           c.reminder->weeks == 1 ? "week" : "weeks", dayWithWeekday(c.reminder->trip),
-                           dayWithWeekday(c.reminder->day()))
+                           c.reminder->weeks == 1 ? "week" : "weeks",
+                           dayWithWeekday(c.reminder->trip), dayWithWeekday(c.reminder->day()))
             << "\n";
         if (c.reminder->isPast(today)) out << "  " << PassportReminder::pastText << "\n";
     } else if (c.tripAtHome) {
@@ -79,7 +80,8 @@ void addChecklistCommand(CLI::App& root, Io& io) {
     };
     auto options = std::make_shared<Options>();
     CLI::App* command = root.add_subcommand(
-        "checklist", "Entry basics, a new packing list and the passport reminder for a destination");
+        "checklist",
+        "Entry basics, a new packing list and the passport reminder for a destination");
     command->add_option("DEST", options->destination, "Destination code (e.g. LIS)")->required();
     CLI::Option* trip = command->add_option("--trip", options->trip, "The trip's day (YYYY-MM-DD)")
                             ->check(dayValidator());

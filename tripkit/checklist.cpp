@@ -55,7 +55,8 @@ std::vector<PackingItem> Packing::newList(const Destination& place) {
     if (place.hasCategory("beaches") || place.hasCategory("islands")) {
         add({"Swimsuit", "Sunscreen", "Sunglasses", "Sandals"});
     }
-    if (place.hasCategory("outdoors")) add({"Hiking shoes", "Rain jacket", "Refillable water bottle"});
+    if (place.hasCategory("outdoors"))
+        add({"Hiking shoes", "Rain jacket", "Refillable water bottle"});
     if (place.hasCategory("theme parks")) add({"Comfortable walking shoes", "Portable battery"});
     if (place.hasCategory("cities")) add({"Comfortable walking shoes", "Day bag"});
     if (place.hasCategory("family")) add({"Snacks for the trip"});
@@ -92,7 +93,8 @@ std::optional<std::string> EntryBasics::note() const {
 std::vector<EntryBasics::Link> EntryBasics::links() const {
     if (document == Document::photoId) return {};
     return {
-        {"Apply for or renew a passport", "https://travel.state.gov/content/travel/en/passports.html"},
+        {"Apply for or renew a passport",
+         "https://travel.state.gov/content/travel/en/passports.html"},
         {"Current passport processing times",
          "https://travel.state.gov/content/travel/en/passports/how-apply/processing-times.html"},
     };
@@ -106,10 +108,13 @@ const char* name(EntryBasics::Document document) {
     return document == EntryBasics::Document::photoId ? "photoId" : "passport";
 }
 
-json::Json encode(EntryBasics::Document document) { return name(document); }
+json::Json encode(EntryBasics::Document document) {
+    return name(document);
+}
 
 }  // namespace tripkit
 
-std::size_t std::hash<tripkit::PackingItem>::operator()(const tripkit::PackingItem& item) const noexcept {
+std::size_t std::hash<tripkit::PackingItem>::operator()(
+    const tripkit::PackingItem& item) const noexcept {
     return tripkit::hashOf(item.id, item.title, item.packed);
 }

@@ -15,7 +15,8 @@ std::string Climate::Place::stationLabel() const {
 }
 
 const Climate& Climate::shipped() {
-    static const Climate catalog = resources::decodeShipped<Climate>(resources::climate, "climate.json");
+    static const Climate catalog =
+        resources::decodeShipped<Climate>(resources::climate, "climate.json");
     return catalog;
 }
 
@@ -129,8 +130,9 @@ std::vector<BestTime::Pick> BestTime::picks(const std::array<std::optional<doubl
     return out;
 }
 
-std::vector<BestTime::Pick> BestTime::picks(const Destination& place, const Climate::Place* climate,
-                                            const std::vector<std::pair<YearMonth, RoundTrip>>& months) {
+std::vector<BestTime::Pick> BestTime::picks(
+    const Destination& place, const Climate::Place* climate,
+    const std::vector<std::pair<YearMonth, RoundTrip>>& months) {
     std::array<std::optional<double>, 12> comfort{};
     std::array<std::optional<double>, 12> price{};
     if (climate) {
@@ -149,6 +151,7 @@ std::vector<BestTime::Pick> BestTime::picks(const Destination& place, const Clim
 
 }  // namespace tripkit
 
-std::size_t std::hash<tripkit::MonthlyClimate>::operator()(const tripkit::MonthlyClimate& m) const noexcept {
+std::size_t std::hash<tripkit::MonthlyClimate>::operator()(
+    const tripkit::MonthlyClimate& m) const noexcept {
     return tripkit::hashOf(m.month, m.high, m.low, m.rain);
 }

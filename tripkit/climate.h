@@ -21,10 +21,10 @@ namespace tripkit {
 
 // One month of a place's normals.
 struct MonthlyClimate {
-    int month = 1;      // 1-12
-    double high = 0;    // typical daily high, °F
-    double low = 0;     // typical daily low, °F
-    double rain = 0;    // typical precipitation of the month, inches
+    int month = 1;    // 1-12
+    double high = 0;  // typical daily high, °F
+    double low = 0;   // typical daily low, °F
+    double rain = 0;  // typical precipitation of the month, inches
     friend bool operator==(const MonthlyClimate&, const MonthlyClimate&) = default;
 };
 
@@ -91,9 +91,9 @@ json::Json encode(const MonthlyClimate& m);
 // The best months to go.
 struct BestTime {
     struct Pick {
-        int index = 1;                 // month, 1-12
-        std::optional<double> comfort; // 0-1, when the place has a climate record
-        std::optional<double> price;   // the month's cheapest round trip, dollars
+        int index = 1;                  // month, 1-12
+        std::optional<double> comfort;  // 0-1, when the place has a climate record
+        std::optional<double> price;    // the month's cheapest round trip, dollars
         double score = 0;
         friend bool operator==(const Pick&, const Pick&) = default;
     };
@@ -114,7 +114,8 @@ struct BestTime {
     // Whether the pick at `position` of the ordered picks is starred.
     static bool isStarred(std::size_t position) { return position < starredCount; }
 
-    static constexpr const char* balancedNote = "Starred months balance pleasant weather and price.";
+    static constexpr const char* balancedNote =
+        "Starred months balance pleasant weather and price.";
     static constexpr const char* cheapestNote = "Starred months are the cheapest.";
 };
 

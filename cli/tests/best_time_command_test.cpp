@@ -18,10 +18,11 @@ using testing::TempDir;
 TEST(BestTimeCommand, JoinsShippedClimateWithTheCalendarsMonths) {
     TempDir dir;
     // Lisbon, a city with beaches (so the 78-90 °F band): fares in three months.
-    dir.write("calendars/JFK.json",
-              R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":{)"
-              R"("2027-01-12":[500,"TP",0,"2027-01-19"],"2027-01-20":[450,"TP",0,"2027-01-27"],)"
-              R"("2027-05-05":[700,"TP",0,"2027-05-12"],"2027-08-03":[950,"TP",0,"2027-08-10"]}}})");
+    dir.write(
+        "calendars/JFK.json",
+        R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":{)"
+        R"("2027-01-12":[500,"TP",0,"2027-01-19"],"2027-01-20":[450,"TP",0,"2027-01-27"],)"
+        R"("2027-05-05":[700,"TP",0,"2027-05-12"],"2027-08-03":[950,"TP",0,"2027-08-10"]}}})");
     auto r = runCli({"best-time", "lis", "--data", dir.str(), "--home", "JFK", "--today",
                      "2026-11-20", "--json"});
     ASSERT_EQ(r.status, kOk) << r.err;
@@ -63,8 +64,8 @@ TEST(BestTimeCommand, JoinsShippedClimateWithTheCalendarsMonths) {
     }
     EXPECT_EQ(starred, 3);
 
-    auto table = runCli({"best-time", "LIS", "--data", dir.str(), "--home", "JFK", "--today",
-                         "2026-11-20"});
+    auto table =
+        runCli({"best-time", "LIS", "--data", dir.str(), "--home", "JFK", "--today", "2026-11-20"});
     ASSERT_EQ(table.status, kOk) << table.err;
     EXPECT_NE(table.out.find("Best time to go to Lisbon (LIS)\n"), std::string::npos) << table.out;
     EXPECT_NE(table.out.find("km away), normals 1991–2020\n"), std::string::npos) << table.out;

@@ -37,14 +37,15 @@ TEST(ChecklistCommand, AbroadWithReminderAndAtHomeWithout) {
     EXPECT_EQ(abroad["items"][0].dump(), R"({"id":"passport","title":"Passport","packed":false})");
     EXPECT_EQ(abroad["reminder"].dump(), R"({"day":"2026-11-25","past":false})");
 
-    auto late = runCli({"checklist", "NAS", "--trip", "2027-01-20", "--weeks", "9", "--today",
-                        "2026-11-23"});
+    auto late = runCli(
+        {"checklist", "NAS", "--trip", "2027-01-20", "--weeks", "9", "--today", "2026-11-23"});
     ASSERT_EQ(late.status, kOk) << late.err;
     EXPECT_NE(late.out.find("Wed 2026-11-18\n  That’s already past, so check your passport now.\n"),
               std::string::npos)
         << late.out;
 
-    const auto home = runCli({"checklist", "BOS", "--trip", "2027-01-20", "--weeks", "8", "--json"}).json();
+    const auto home =
+        runCli({"checklist", "BOS", "--trip", "2027-01-20", "--weeks", "8", "--json"}).json();
     EXPECT_EQ(home["document"], "photoId");
     EXPECT_TRUE(home["entryNote"].is_null());
     EXPECT_TRUE(home["links"].empty());
@@ -57,7 +58,8 @@ TEST(ChecklistCommand, AbroadWithReminderAndAtHomeWithout) {
 TEST(ChecklistCommand, WrongArgumentsAreUsageErrors) {
     auto unknown = runCli({"checklist", "ZZZ", "--json"});
     EXPECT_EQ(unknown.status, kUsage);
-    EXPECT_NE(unknown.err.find("no destination with the code \"ZZZ\""), std::string::npos) << unknown.err;
+    EXPECT_NE(unknown.err.find("no destination with the code \"ZZZ\""), std::string::npos)
+        << unknown.err;
     EXPECT_TRUE(unknown.out.empty());
     EXPECT_EQ(runCli({"checklist", "LIS", "--trip", "2027-01-20"}).status, kUsage);  // no --weeks
     EXPECT_EQ(runCli({"checklist", "LIS", "--weeks", "6"}).status, kUsage);          // no --trip

@@ -31,14 +31,16 @@ TEST(Packing, NewListFollowsTheRulesInOrderWithoutRepeats) {
         std::vector<std::string> expected;
     };
     const std::vector<Case> cases = {
-        {"domestic city", place("Boston", true, {"cities"}),
+        {"domestic city",
+         place("Boston", true, {"cities"}),
          {"Photo ID (REAL ID or passport)", "Phone charger", "Medicines",
           "Comfortable walking shoes", "Day bag"}},
         {"theme parks and city: walking shoes once, where the theme parks put them",
          place("Tokyo", false, {"cities", "theme parks"}),
          {"Passport", "Power adapter", "Phone charger", "Medicines", "Comfortable walking shoes",
           "Portable battery", "Day bag"}},
-        {"island abroad with family", place("Nassau", false, {"islands", "family"}),
+        {"island abroad with family",
+         place("Nassau", false, {"islands", "family"}),
          {"Passport", "Power adapter", "Phone charger", "Medicines", "Swimsuit", "Sunscreen",
           "Sunglasses", "Sandals", "Snacks for the trip"}},
         {"beaches and islands add the beach items once",

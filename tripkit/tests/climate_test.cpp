@@ -9,7 +9,9 @@
 namespace tripkit {
 namespace {
 
-MonthlyClimate month(double high, double rain) { return {1, high, high - 15, rain}; }
+MonthlyClimate month(double high, double rain) {
+    return {1, high, high - 15, rain};
+}
 
 TEST(Climate, ComfortAtTheBandEdgesAndWithRain) {
     struct Case {
@@ -18,6 +20,7 @@ TEST(Climate, ComfortAtTheBandEdgesAndWithRain) {
         double rain;
         double expected;
     };
+    // clang-format off
     const std::vector<Case> cases = {
         {true, 84, 3, 1.0},           // inside the beach band
         {true, 78, 0, 1.0},           // its edges count as inside
@@ -40,6 +43,7 @@ TEST(Climate, ComfortAtTheBandEdgesAndWithRain) {
         {false, 37, 9, 0.0},          // and never below zero
         {true, 120, 0, 0.0},
     };
+    // clang-format on
     for (const Case& c : cases) {
         EXPECT_NEAR(Climate::comfort(month(c.high, c.rain), c.beach), c.expected, 1e-9)
             << (c.beach ? "beach " : "other ") << c.high << " °F, rain " << c.rain;
@@ -132,7 +136,8 @@ TEST(BestTime, JoinsTheClimatePlaceWithTheCheapestTripOfEachMonth) {
     EXPECT_NEAR(picks[5].score, 0.8, 1e-9);
     EXPECT_EQ(picks[5].price, 400);
     EXPECT_NEAR(picks[9].score, 0.6, 1e-9);
-    const auto february = std::find_if(picks.begin(), picks.end(), [](auto& p) { return p.index == 2; });
+    const auto february =
+        std::find_if(picks.begin(), picks.end(), [](auto& p) { return p.index == 2; });
     EXPECT_NEAR(february->score, 0.6 * (1 - 0.04 * 16) + 0.4, 1e-9);
 
     const auto cheapest = BestTime::picks(city, nullptr, months);
@@ -143,7 +148,8 @@ TEST(Climate, DecodingIsStrict) {
     auto place = [](const std::string& months) {
         return R"({"asOf":"2026-11-23","period":"1991–2020","source":{"name":"n","url":"u","note":"x"},)"
                R"("places":{"LIS":{"name":"Lisbon","station":null,"stationName":"S","distanceKm":6,)"
-               R"("months":[)" + months + "]}}}";
+               R"("months":[)" +
+               months + "]}}}";
     };
     std::string twelve;
     for (int m = 1; m <= 12; ++m) {
@@ -162,9 +168,10 @@ TEST(Climate, DecodingIsStrict) {
     EXPECT_EQ(testing::decodeError<Climate>(
                   place(testing::replaced(twelve, R"("low":50)", R"("low":60)")), "climate.json"),
               "climate.json: places.LIS.months[0]: the low is not below the high");
-    EXPECT_EQ(testing::decodeError<Climate>(
-                  place(testing::replaced(twelve, R"({"month":2,)", R"({"month":3,)")), "climate.json"),
-              "climate.json: places.LIS.months: month 3 out of order");
+    EXPECT_EQ(
+        testing::decodeError<Climate>(
+            place(testing::replaced(twelve, R"({"month":2,)", R"({"month":3,)")), "climate.json"),
+        "climate.json: places.LIS.months: month 3 out of order");
 }
 
 TEST(Climate, ShippedCatalogCoversEveryDestination) {
