@@ -17,6 +17,8 @@ void addHolidaysCommand(CLI::App& root, Io& io);
 void addParkCommand(CLI::App& root, Io& io);
 void addFeedCommand(CLI::App& root, Io& io);
 void addWatchCommand(CLI::App& root, Io& io);
+void addChecklistCommand(CLI::App& root, Io& io);
+void addBestTimeCommand(CLI::App& root, Io& io);
 
 // In the order `--help` lists them.
 inline const std::vector<CommandAdder>& allCommands() {
@@ -32,6 +34,8 @@ inline const std::vector<CommandAdder>& allCommands() {
         addParkCommand,
         addFeedCommand,
         addWatchCommand,
+        addChecklistCommand,
+        addBestTimeCommand,
     };
     return adders;
 }

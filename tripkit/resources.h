@@ -12,6 +12,7 @@ namespace tripkit::resources {
 
 extern const std::string_view airports;      // resources/airports.json
 extern const std::string_view destinations;  // resources/destinations.json
+extern const std::string_view climate;       // resources/climate.json
 
 // The theme-park price guides and the Disney events calendar.
 extern const std::string_view disneyGuide;     // resources/disney-guide.json

@@ -1,0 +1,121 @@
+#include "tripkit/checklist.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "tripkit/tests/test_data.h"
+
+namespace tripkit {
+namespace {
+
+Destination place(std::string name, bool domestic, std::vector<std::string> categories) {
+    Destination d;
+    d.code = "XXX";
+    d.name = std::move(name);
+    d.domestic = domestic;
+    d.categories = std::move(categories);
+    return d;
+}
+
+std::vector<std::string> titles(const std::vector<PackingItem>& items) {
+    std::vector<std::string> out;
+    for (const PackingItem& item : items) out.push_back(item.title);
+    return out;
+}
+
+TEST(Packing, NewListFollowsTheRulesInOrderWithoutRepeats) {
+    struct Case {
+        const char* what;
+        Destination place;
+        std::vector<std::string> expected;
+    };
+    const std::vector<Case> cases = {
+        {"domestic city",
+         place("Boston", true, {"cities"}),
+         {"Photo ID (REAL ID or passport)", "Phone charger", "Medicines",
+          "Comfortable walking shoes", "Day bag"}},
+        {"theme parks and city: walking shoes once, where the theme parks put them",
+         place("Tokyo", false, {"cities", "theme parks"}),
+         {"Passport", "Power adapter", "Phone charger", "Medicines", "Comfortable walking shoes",
+          "Portable battery", "Day bag"}},
+        {"island abroad with family",
+         place("Nassau", false, {"islands", "family"}),
+         {"Passport", "Power adapter", "Phone charger", "Medicines", "Swimsuit", "Sunscreen",
+          "Sunglasses", "Sandals", "Snacks for the trip"}},
+        {"beaches and islands add the beach items once",
+         place("Aruba", false, {"beaches", "islands"}),
+         {"Passport", "Power adapter", "Phone charger", "Medicines", "Swimsuit", "Sunscreen",
+          "Sunglasses", "Sandals"}},
+        {"outdoors at home; categories without items add nothing",
+         place("Bozeman", true, {"skiing", "outdoors", "food", "culture"}),
+         {"Photo ID (REAL ID or passport)", "Phone charger", "Medicines", "Hiking shoes",
+          "Rain jacket", "Refillable water bottle"}},
+    };
+    for (const Case& c : cases) {
+        const auto items = Packing::newList(c.place);
+        EXPECT_EQ(titles(items), c.expected) << c.what;
+        std::set<std::string> ids;
+        for (const PackingItem& item : items) {
+            EXPECT_FALSE(item.packed) << c.what << ": " << item.title;
+            EXPECT_FALSE(item.id.empty());
+            ids.insert(item.id);
+        }
+        EXPECT_EQ(ids.size(), items.size()) << c.what << ": ids repeat";
+    }
+    EXPECT_EQ(Packing::idFor("Photo ID (REAL ID or passport)"), "photo-id-real-id-or-passport");
+}
+
+TEST(PackingItem, DecodesStrictlyAndRoundTrips) {
+    const auto items = json::decodeDocument<std::vector<PackingItem>>(
+        R"([{"id":"a","title":"Passport","packed":true},{"id":"b","title":"Hat","packed":false}])",
+        "packing.json");
+    ASSERT_EQ(items.size(), 2u);
+    EXPECT_TRUE(items[0].packed);
+    EXPECT_EQ(encode(items[0]).dump(), R"({"id":"a","title":"Passport","packed":true})");
+    EXPECT_NE(std::hash<PackingItem>{}(items[0]),
+              std::hash<PackingItem>{}(PackingItem{"a", "Passport", false}));
+    EXPECT_EQ(testing::decodeError<std::vector<PackingItem>>(R"([{"id":"a","title":"x"}])",
+                                                             "packing.json"),
+              "packing.json: [0].packed: required key is missing");
+}
+
+TEST(EntryBasics, DocumentAndTextsAtHomeAndAbroad) {
+    const EntryBasics home = EntryBasics::of(place("Denver", true, {"cities"}));
+    EXPECT_EQ(home.document, EntryBasics::Document::photoId);
+    EXPECT_EQ(home.text(),
+              "For U.S. citizens: no passport needed. To fly, bring a REAL ID–compliant license or "
+              "another ID the TSA accepts (a passport works).");
+    EXPECT_FALSE(home.note());
+    EXPECT_TRUE(home.links().empty());
+    EXPECT_STREQ(home.summary(), "ID for the flight and a packing list.");
+
+    const EntryBasics abroad = EntryBasics::of(place("Lisbon", false, {"cities"}));
+    EXPECT_EQ(abroad.document, EntryBasics::Document::passport);
+    EXPECT_EQ(abroad.text(),
+              "U.S. citizens need a passport book to fly to Lisbon. A passport card isn’t accepted "
+              "for international flights.");
+    ASSERT_TRUE(abroad.note());
+    EXPECT_EQ(*abroad.note(),
+              "Visas, how long your passport must still be valid, and other entry rules can "
+              "change. Check them on the State Department’s page before you book.");
+    ASSERT_EQ(abroad.links().size(), 2u);
+    EXPECT_EQ(abroad.links()[0].title, "Apply for or renew a passport");
+    EXPECT_EQ(abroad.links()[1].title, "Current passport processing times");
+    EXPECT_STREQ(abroad.summary(), "Passport basics, a passport reminder and a packing list.");
+    EXPECT_EQ(encode(abroad.document), "passport");
+    EXPECT_EQ(encode(home.document), "photoId");
+}
+
+TEST(PassportReminder, DayIsWholeWeeksBeforeAndPastOnlyAfterIt) {
+    const Day trip = Day::fromCivil(2027, 3, 15);
+    const PassportReminder reminder{8, trip};
+    EXPECT_EQ(reminder.day(), Day::fromCivil(2027, 1, 18));
+    EXPECT_FALSE(reminder.isPast(Day::fromCivil(2027, 1, 17)));
+    EXPECT_FALSE(reminder.isPast(Day::fromCivil(2027, 1, 18)));  // the day itself is still to come
+    EXPECT_TRUE(reminder.isPast(Day::fromCivil(2027, 1, 19)));
+    EXPECT_EQ((PassportReminder{0, trip}).day(), trip);
+}
+
+}  // namespace
+}  // namespace tripkit
