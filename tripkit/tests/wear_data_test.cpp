@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 
 #include "tripkit/destinations.h"
+#include "tripkit/wear_forecast.h"
 #include "tripkit/tests/test_data.h"
 
 namespace tripkit {
@@ -214,6 +215,10 @@ TEST(WearClimate, ShippedFileCoversTheCatalog) {
         const WearPlace* place = file.find(d.name, d.countryCode.value_or(""));
         ASSERT_NE(place, nullptr) << d.code << " " << d.name;
         EXPECT_FALSE(place->timeZone.empty());
+    }
+    // Every zone is one the forecast can group by.
+    for (const WearPlace& place : file.places) {
+        EXPECT_NO_THROW(WearForecast::days({}, place.timeZone)) << place.name;
     }
     // Found by alias, and country narrows the search.
     EXPECT_NE(file.find("new york city"), nullptr);
