@@ -14,6 +14,9 @@ void addCalendarCommand(CLI::App& root, Io& io);
 void addGetawaysCommand(CLI::App& root, Io& io);
 void addHolidaysCommand(CLI::App& root, Io& io);
 void addParkCommand(CLI::App& root, Io& io);
+void addWearCommand(CLI::App& root, Io& io);
+void addClimateCommand(CLI::App& root, Io& io);
+void addForecastCommand(CLI::App& root, Io& io);
 
 // In the order `--help` lists them.
 inline const std::vector<CommandAdder>& allCommands() {
@@ -27,6 +30,9 @@ inline const std::vector<CommandAdder>& allCommands() {
         addGetawaysCommand,
         addHolidaysCommand,
         addParkCommand,
+        addWearCommand,
+        addClimateCommand,
+        addForecastCommand,
     };
     return adders;
 }
