@@ -21,12 +21,15 @@ void printMonths(std::ostream& out, const std::vector<WearMonth>& months) {
     static const char* names[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                   "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
     out << fmt::format("{:<5} {:>6} {:>6} {:>7} {:>9} {:>5} {:>5} {:>8} {:>6} {:>4}\n", "Month",
-                       "High", "Low", "HotDay", "ColdNight", "Rain", "Snow", "Humidity", "Wind", "UV");
+                       "High", "Low", "HotDay", "ColdNight", "Rain", "Snow", "Humidity", "Wind",
+                       "UV");
     for (std::size_t m = 0; m < months.size(); ++m) {
         const WearMonth& v = months[m];
-        out << fmt::format("{:<5} {:>6.1f} {:>6.1f} {:>7.1f} {:>9.1f} {:>5.2f} {:>5.2f} {:>8.0f} {:>6.1f} {:>4.1f}\n",
-                           names[m], v.high, v.low, v.hotDay, v.coldNight, v.rain, v.snow,
-                           v.humidity, v.wind, v.uv);
+        out << fmt::format(
+            "{:<5} {:>6.1f} {:>6.1f} {:>7.1f} {:>9.1f} {:>5.2f} {:>5.2f} {:>8.0f} {:>6.1f} "
+            "{:>4.1f}\n",
+            names[m], v.high, v.low, v.hotDay, v.coldNight, v.rain, v.snow, v.humidity, v.wind,
+            v.uv);
     }
     out << "°C, km/h, humidity in percent, rain and snow as the share of days.\n";
 }

@@ -18,9 +18,9 @@ void printDays(std::ostream& out, const WearPlace& place, const std::map<Day, We
     out << fmt::format("{:<14} {:>5} {:>5} {:>5} {:>5} {:>8} {:>5} {:>4}\n", "Day", "High", "Low",
                        "Rain", "Snow", "Humidity", "Wind", "UV");
     for (const auto& [day, d] : days) {
-        out << fmt::format("{:<14} {:>5.1f} {:>5.1f} {:>5.1f} {:>5.1f} {:>8.0f} {:>5.1f} {:>4.1f}\n",
-                           dayWithWeekday(day), d.high, d.low, d.rain, d.snow, d.humidity, d.wind,
-                           d.uv);
+        out << fmt::format(
+            "{:<14} {:>5.1f} {:>5.1f} {:>5.1f} {:>5.1f} {:>8.0f} {:>5.1f} {:>4.1f}\n",
+            dayWithWeekday(day), d.high, d.low, d.rain, d.snow, d.humidity, d.wind, d.uv);
     }
     out << WearForecast::credit << "\n";
 }

@@ -58,8 +58,8 @@ void printGuide(std::ostream& out, const WearPlace& place, const WearGuide& g, T
     out << "  " << g.daytime << "\n  " << g.evening << "\n\nDays\n";
     for (const WearGuide::DayLine& line : g.days) {
         out << fmt::format("  {}  {:<9} {}  {}\n", dayWithWeekday(line.day.day),
-                           caseName(line.day.source),
-                           rangeText(line.day.low, line.day.high, unit), line.summary);
+                           caseName(line.day.source), rangeText(line.day.low, line.day.high, unit),
+                           line.summary);
     }
     out << fmt::format("\nPacking list (counts for {} {})\n", g.planDays,
                        g.planDays == 1 ? "day" : "days");
@@ -89,7 +89,8 @@ const WearPlace& resolveWearPlace(const std::string& text) {
         if (const WearPlace* p = file.find(d->name, d->countryCode.value_or(""))) return *p;
     }
     if (const WearPlace* p = file.find(text)) return *p;
-    throw UsageError("no place \"" + text + "\" with typical weather (name, alias or destination code)");
+    throw UsageError("no place \"" + text +
+                     "\" with typical weather (name, alias or destination code)");
 }
 
 void addWearCommand(CLI::App& root, Io& io) {
@@ -106,8 +107,7 @@ void addWearCommand(CLI::App& root, Io& io) {
         bool exportText = false;
     };
     auto options = std::make_shared<Options>();
-    CLI::App* command =
-        root.add_subcommand("wear", "What to wear and pack for a place and dates");
+    CLI::App* command = root.add_subcommand("wear", "What to wear and pack for a place and dates");
     command->add_option("PLACE", options->place, "Place name, alias or destination code")
         ->required();
     command->add_option("--from", options->from, "First day (YYYY-MM-DD)")
@@ -116,8 +116,9 @@ void addWearCommand(CLI::App& root, Io& io) {
     command->add_option("--to", options->to, "Last day (YYYY-MM-DD)")
         ->required()
         ->check(dayValidator());
-    command->add_option("--activities", options->activities,
-                        "Comma-separated: cityWalking, beach, hiking, themeParks, dinnerOut, business");
+    command->add_option(
+        "--activities", options->activities,
+        "Comma-separated: cityWalking, beach, hiking, themeParks, dinnerOut, business");
     command->add_flag("--laundry", options->laundry, "You will wash clothes on the trip");
     command->add_flag("--modest", options->modest, "Local custom favours modest dress");
     command->add_option("--unit", options->unit, "Temperature unit: f or c")

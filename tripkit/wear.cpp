@@ -11,9 +11,13 @@ namespace tripkit {
 namespace {
 
 // floor(x + 0.5): halves go up, also below zero.
-std::int64_t roundHalfUp(double x) { return static_cast<std::int64_t>(std::floor(x + 0.5)); }
+std::int64_t roundHalfUp(double x) {
+    return static_cast<std::int64_t>(std::floor(x + 0.5));
+}
 
-std::string_view unitSuffix(TempUnit unit) { return unit == TempUnit::fahrenheit ? "°F" : "°C"; }
+std::string_view unitSuffix(TempUnit unit) {
+    return unit == TempUnit::fahrenheit ? "°F" : "°C";
+}
 
 double inUnit(double celsius, TempUnit unit) {
     return unit == TempUnit::fahrenheit ? celsius * 9 / 5 + 32 : celsius;
@@ -40,8 +44,8 @@ struct Packer {
         for (const PackItem& item : items) {
             if (item.id == id) return;
         }
-        items.push_back({std::move(id), section, std::move(name), count, std::move(note),
-                         std::move(shop)});
+        items.push_back(
+            {std::move(id), section, std::move(name), count, std::move(note), std::move(shop)});
     }
 };
 
@@ -56,12 +60,18 @@ const std::vector<WearActivity>& allWearActivities() {
 
 std::string_view caseName(WearActivity a) {
     switch (a) {
-    case WearActivity::cityWalking: return "cityWalking";
-    case WearActivity::beach: return "beach";
-    case WearActivity::hiking: return "hiking";
-    case WearActivity::themeParks: return "themeParks";
-    case WearActivity::dinnerOut: return "dinnerOut";
-    case WearActivity::business: return "business";
+        case WearActivity::cityWalking:
+            return "cityWalking";
+        case WearActivity::beach:
+            return "beach";
+        case WearActivity::hiking:
+            return "hiking";
+        case WearActivity::themeParks:
+            return "themeParks";
+        case WearActivity::dinnerOut:
+            return "dinnerOut";
+        case WearActivity::business:
+            return "business";
     }
     return "";
 }
@@ -75,24 +85,36 @@ std::optional<WearActivity> wearActivityFromCaseName(std::string_view name) {
 
 std::string_view label(WearActivity a) {
     switch (a) {
-    case WearActivity::cityWalking: return "City walking";
-    case WearActivity::beach: return "Beach or pool";
-    case WearActivity::hiking: return "Hiking";
-    case WearActivity::themeParks: return "Theme parks";
-    case WearActivity::dinnerOut: return "Dinner out";
-    case WearActivity::business: return "Business";
+        case WearActivity::cityWalking:
+            return "City walking";
+        case WearActivity::beach:
+            return "Beach or pool";
+        case WearActivity::hiking:
+            return "Hiking";
+        case WearActivity::themeParks:
+            return "Theme parks";
+        case WearActivity::dinnerOut:
+            return "Dinner out";
+        case WearActivity::business:
+            return "Business";
     }
     return "";
 }
 
 std::string_view icon(WearActivity a) {
     switch (a) {
-    case WearActivity::cityWalking: return "figure.walk";
-    case WearActivity::beach: return "beach.umbrella";
-    case WearActivity::hiking: return "mountain.2";
-    case WearActivity::themeParks: return "ticket";
-    case WearActivity::dinnerOut: return "fork.knife";
-    case WearActivity::business: return "briefcase";
+        case WearActivity::cityWalking:
+            return "figure.walk";
+        case WearActivity::beach:
+            return "beach.umbrella";
+        case WearActivity::hiking:
+            return "mountain.2";
+        case WearActivity::themeParks:
+            return "ticket";
+        case WearActivity::dinnerOut:
+            return "fork.knife";
+        case WearActivity::business:
+            return "briefcase";
     }
     return "";
 }
@@ -109,42 +131,60 @@ TempBand tempBand(double t) {
 
 std::string_view label(TempBand b) {
     switch (b) {
-    case TempBand::frigid: return "Very cold";
-    case TempBand::freezing: return "Freezing";
-    case TempBand::cold: return "Cold";
-    case TempBand::cool: return "Cool";
-    case TempBand::mild: return "Mild";
-    case TempBand::warm: return "Warm";
-    case TempBand::hot: return "Hot";
+        case TempBand::frigid:
+            return "Very cold";
+        case TempBand::freezing:
+            return "Freezing";
+        case TempBand::cold:
+            return "Cold";
+        case TempBand::cool:
+            return "Cool";
+        case TempBand::mild:
+            return "Mild";
+        case TempBand::warm:
+            return "Warm";
+        case TempBand::hot:
+            return "Hot";
     }
     return "";
 }
 
 std::string_view daytimePhrase(TempBand b) {
     switch (b) {
-    case TempBand::frigid:
-        return "thermal layers, a heavy coat or parka, a warm hat, insulated gloves and a scarf";
-    case TempBand::freezing:
-        return "a thermal base layer, a fleece and an insulated coat, with a hat and gloves";
-    case TempBand::cold: return "a sweater, long pants and a warm jacket";
-    case TempBand::cool: return "long sleeves and pants with a sweater or light jacket";
-    case TempBand::mild: return "a T-shirt or long sleeves and pants, with a light layer handy";
-    case TempBand::warm: return "a T-shirt with shorts or light pants";
-    case TempBand::hot: return "light, breathable short sleeves and shorts or a skirt";
+        case TempBand::frigid:
+            return "thermal layers, a heavy coat or parka, a warm hat, insulated gloves and a "
+                   "scarf";
+        case TempBand::freezing:
+            return "a thermal base layer, a fleece and an insulated coat, with a hat and gloves";
+        case TempBand::cold:
+            return "a sweater, long pants and a warm jacket";
+        case TempBand::cool:
+            return "long sleeves and pants with a sweater or light jacket";
+        case TempBand::mild:
+            return "a T-shirt or long sleeves and pants, with a light layer handy";
+        case TempBand::warm:
+            return "a T-shirt with shorts or light pants";
+        case TempBand::hot:
+            return "light, breathable short sleeves and shorts or a skirt";
     }
     return "";
 }
 
 std::string_view eveningPhrase(TempBand b) {
     switch (b) {
-    case TempBand::mild: return "a T-shirt, and a light layer if it cools off";
-    case TempBand::warm:
-    case TempBand::hot: return "the same light clothes; it stays warm after dark";
-    default: return daytimePhrase(b);
+        case TempBand::mild:
+            return "a T-shirt, and a light layer if it cools off";
+        case TempBand::warm:
+        case TempBand::hot:
+            return "the same light clothes; it stays warm after dark";
+        default:
+            return daytimePhrase(b);
     }
 }
 
-std::string_view caseName(TempUnit u) { return u == TempUnit::fahrenheit ? "fahrenheit" : "celsius"; }
+std::string_view caseName(TempUnit u) {
+    return u == TempUnit::fahrenheit ? "fahrenheit" : "celsius";
+}
 
 std::optional<TempUnit> tempUnitFromCaseName(std::string_view name) {
     if (name == "fahrenheit") return TempUnit::fahrenheit;
@@ -182,32 +222,43 @@ WearRequest WearRequest::make(std::vector<WearDay> days, std::set<WearActivity> 
 
 const std::vector<PackItem::Section>& allPackSections() {
     static const std::vector<PackItem::Section> all = {
-        PackItem::Section::clothes,   PackItem::Section::layers,
-        PackItem::Section::underwear, PackItem::Section::footwear,
-        PackItem::Section::accessories, PackItem::Section::extras};
+        PackItem::Section::clothes,  PackItem::Section::layers,      PackItem::Section::underwear,
+        PackItem::Section::footwear, PackItem::Section::accessories, PackItem::Section::extras};
     return all;
 }
 
 std::string_view caseName(PackItem::Section s) {
     switch (s) {
-    case PackItem::Section::clothes: return "clothes";
-    case PackItem::Section::layers: return "layers";
-    case PackItem::Section::underwear: return "underwear";
-    case PackItem::Section::footwear: return "footwear";
-    case PackItem::Section::accessories: return "accessories";
-    case PackItem::Section::extras: return "extras";
+        case PackItem::Section::clothes:
+            return "clothes";
+        case PackItem::Section::layers:
+            return "layers";
+        case PackItem::Section::underwear:
+            return "underwear";
+        case PackItem::Section::footwear:
+            return "footwear";
+        case PackItem::Section::accessories:
+            return "accessories";
+        case PackItem::Section::extras:
+            return "extras";
     }
     return "";
 }
 
 std::string_view title(PackItem::Section s) {
     switch (s) {
-    case PackItem::Section::clothes: return "Clothes";
-    case PackItem::Section::layers: return "Layers and jackets";
-    case PackItem::Section::underwear: return "Underwear, socks and sleepwear";
-    case PackItem::Section::footwear: return "Shoes";
-    case PackItem::Section::accessories: return "Rain, sun and cold";
-    case PackItem::Section::extras: return "For what you're doing";
+        case PackItem::Section::clothes:
+            return "Clothes";
+        case PackItem::Section::layers:
+            return "Layers and jackets";
+        case PackItem::Section::underwear:
+            return "Underwear, socks and sleepwear";
+        case PackItem::Section::footwear:
+            return "Shoes";
+        case PackItem::Section::accessories:
+            return "Rain, sun and cold";
+        case PackItem::Section::extras:
+            return "For what you're doing";
     }
     return "";
 }
@@ -378,10 +429,12 @@ WearGuide WhatToWear::guide(const WearRequest& request, TempUnit unit) {
     // Weather notes.
     std::vector<std::string>& notes = guide.summary;
     {
-        std::string highs = maxHigh - minHigh >= 4 ? "highs " + rangeText(minHigh, maxHigh, unit)
-                                                   : "highs around " + temperatureText(averageHigh, unit);
-        const std::string lows = maxLow - minLow >= 4 ? "lows " + rangeText(minLow, maxLow, unit)
-                                                      : "lows around " + temperatureText(averageLow, unit);
+        std::string highs = maxHigh - minHigh >= 4
+                                ? "highs " + rangeText(minHigh, maxHigh, unit)
+                                : "highs around " + temperatureText(averageHigh, unit);
+        const std::string lows = maxLow - minLow >= 4
+                                     ? "lows " + rangeText(minLow, maxLow, unit)
+                                     : "lows around " + temperatureText(averageLow, unit);
         highs[0] = 'H';
         notes.push_back(highs + ", " + lows + ".");
     }
@@ -395,12 +448,13 @@ WearGuide WhatToWear::guide(const WearRequest& request, TempUnit unit) {
         notes.push_back(fmt::format("Rain on about {} of {} days.", wetDays, n));
     }
     if (sumSwing / count >= 10) {
-        notes.push_back("Big swing from day to night (about " + differenceText(sumSwing / count, unit) +
-                        "): dress in layers.");
+        notes.push_back("Big swing from day to night (about " +
+                        differenceText(sumSwing / count, unit) + "): dress in layers.");
     }
     if (maxUv >= 8) {
-        notes.push_back(fmt::format(
-            "Very strong sun (UV up to {}): cover up and use sunscreen midday.", roundHalfUp(maxUv)));
+        notes.push_back(
+            fmt::format("Very strong sun (UV up to {}): cover up and use sunscreen midday.",
+                        roundHalfUp(maxUv)));
     } else if (maxUv >= 6) {
         notes.push_back(fmt::format("Strong sun (UV up to {}): sunscreen, sunglasses and a hat.",
                                     roundHalfUp(maxUv)));
@@ -416,13 +470,14 @@ WearGuide WhatToWear::guide(const WearRequest& request, TempUnit unit) {
     }
     if (anyTypical) {
         if (tempBand(minColdNight) < tempBand(minFeelsLow)) {
-            notes.push_back("A cold night can drop to " + temperatureText(minColdNight, unit) + ".");
+            notes.push_back("A cold night can drop to " + temperatureText(minColdNight, unit) +
+                            ".");
         }
         const TempBand hotDayBand = tempBand(maxHotDay);
         if (hotDayBand > hottest) {
-            notes.push_back((hotDayBand < TempBand::warm ? "A warmer day can reach "
-                                                         : "A hot day can reach ") +
-                            temperatureText(maxHotDay, unit) + ".");
+            notes.push_back(
+                (hotDayBand < TempBand::warm ? "A warmer day can reach " : "A hot day can reach ") +
+                temperatureText(maxHotDay, unit) + ".");
         }
     }
 
@@ -512,7 +567,8 @@ WearGuide WhatToWear::guide(const WearRequest& request, TempUnit unit) {
     if (low >= 17 && low < 21) {
         p.add(Section::layers, "light-layer", lightLayer, 1, "For cooler evenings.");
     } else if (low >= 21 && hottest == TempBand::hot) {
-        p.add(Section::layers, "light-layer", lightLayer, 1, "Air conditioning indoors can be chilly.");
+        p.add(Section::layers, "light-layer", lightLayer, 1,
+              "Air conditioning indoors can be chilly.");
     }
     if (low >= 2 && low < 10) {
         p.add(Section::layers, "fleece", "Warm sweater or fleece", 1, "For cold evenings.",
@@ -562,8 +618,9 @@ WearGuide WhatToWear::guide(const WearRequest& request, TempUnit unit) {
         p.add(Section::underwear, "warm-socks", "Warm socks (wool or wool blend)", planDays + 1 + X,
               "One pair a day and a spare.", "wool socks");
     } else {
-        p.add(Section::underwear, "socks", "Socks", planDays + 1 + X,
-              std::string("One pair a day and a spare") + (X == 1 ? ", plus a dry pair" : "") + ".");
+        p.add(
+            Section::underwear, "socks", "Socks", planDays + 1 + X,
+            std::string("One pair a day and a spare") + (X == 1 ? ", plus a dry pair" : "") + ".");
     }
     p.add(Section::underwear, "sleepwear", "Sleepwear", planDays > 7 ? 2 : 1,
           low < 10 ? "Something warm for chilly nights." : "Light for warm nights.");
@@ -600,8 +657,8 @@ WearGuide WhatToWear::guide(const WearRequest& request, TempUnit unit) {
 
     // Rain, sun and cold.
     if (maxRain >= 0.25) {
-        p.add(Section::accessories, "umbrella", "Compact umbrella", 1, "Rain is likely on some days.",
-              "compact travel umbrella");
+        p.add(Section::accessories, "umbrella", "Compact umbrella", 1,
+              "Rain is likely on some days.", "compact travel umbrella");
     }
     if (maxUv >= 3 || beach) {
         p.add(Section::accessories, "sunglasses", "Sunglasses", 1,
@@ -647,15 +704,16 @@ WearGuide WhatToWear::guide(const WearRequest& request, TempUnit unit) {
               "Hands free, valuables in front.", "anti theft crossbody bag");
     }
     if (hottest == TempBand::hot) {
-        p.add(Section::extras, "water-bottle", "Refillable water bottle", 1, "Drink often in the heat.",
-              "insulated water bottle");
+        p.add(Section::extras, "water-bottle", "Refillable water bottle", 1,
+              "Drink often in the heat.", "insulated water bottle");
     } else if (hiking || themeParks) {
         p.add(Section::extras, "water-bottle", "Refillable water bottle", 1, "Stay topped up.",
               "insulated water bottle");
     }
     if (beach) {
         p.add(Section::extras, "swimsuit", "Swimsuits", n < 4 ? 1 : 2, "Two, so one can dry.");
-        p.add(Section::extras, "cover-up", "Swim cover-up", 1, "For walking to and from the beach.");
+        p.add(Section::extras, "cover-up", "Swim cover-up", 1,
+              "For walking to and from the beach.");
         if (maxUv >= 8) {
             p.add(Section::extras, "rash-guard", "Rash guard or UPF swim shirt", 1,
                   "Sun protection in the water.", "upf 50 rash guard");
@@ -669,12 +727,12 @@ WearGuide WhatToWear::guide(const WearRequest& request, TempUnit unit) {
     }
     if (themeParks) {
         if (maxRain >= 0.25) {
-            p.add(Section::extras, "poncho", "Rain poncho", 1, "Quick to pull on for a passing shower.",
-                  "disposable rain poncho");
+            p.add(Section::extras, "poncho", "Rain poncho", 1,
+                  "Quick to pull on for a passing shower.", "disposable rain poncho");
         }
         if (E == 1) {
-            p.add(Section::extras, "cooling-towel", "Cooling towel", 1, "For long, hot days in line.",
-                  "cooling towel");
+            p.add(Section::extras, "cooling-towel", "Cooling towel", 1,
+                  "For long, hot days in line.", "cooling towel");
         }
         p.add(Section::extras, "battery", "Portable phone battery", 1, "Park apps drain phones.",
               "portable charger power bank");

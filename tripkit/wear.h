@@ -21,7 +21,7 @@ namespace tripkit {
 enum class WearActivity { cityWalking, beach, hiking, themeParks, dinnerOut, business };
 
 const std::vector<WearActivity>& allWearActivities();  // in the order above
-std::string_view caseName(WearActivity a);            // "cityWalking"
+std::string_view caseName(WearActivity a);             // "cityWalking"
 std::optional<WearActivity> wearActivityFromCaseName(std::string_view name);
 std::string_view label(WearActivity a);  // "City walking"
 std::string_view icon(WearActivity a);   // "figure.walk"
@@ -38,10 +38,10 @@ enum class TempUnit { fahrenheit, celsius };
 
 std::string_view caseName(TempUnit u);
 std::optional<TempUnit> tempUnitFromCaseName(std::string_view name);
-std::string temperatureText(double celsius, TempUnit unit);            // "68°F"
-std::string rangeText(double lowC, double highC, TempUnit unit);       // "55–68°F"
-std::string differenceText(double differenceC, TempUnit unit);         // "18°F"
-std::string windText(double kmh, TempUnit unit);                       // "12 mph"
+std::string temperatureText(double celsius, TempUnit unit);       // "68°F"
+std::string rangeText(double lowC, double highC, TempUnit unit);  // "55–68°F"
+std::string differenceText(double differenceC, TempUnit unit);    // "18°F"
+std::string windText(double kmh, TempUnit unit);                  // "12 mph"
 
 struct WearRequest {
     std::vector<WearDay> days;  // by day
@@ -70,8 +70,8 @@ struct PackItem {
 };
 
 const std::vector<PackItem::Section>& allPackSections();  // in section order
-std::string_view caseName(PackItem::Section s);          // "clothes"
-std::string_view title(PackItem::Section s);             // "Clothes"
+std::string_view caseName(PackItem::Section s);           // "clothes"
+std::string_view title(PackItem::Section s);              // "Clothes"
 
 json::Json encode(const PackItem& item);
 

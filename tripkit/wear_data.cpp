@@ -28,16 +28,18 @@ double mean(const std::vector<double>& values) {
 // interpolation between neighbours.
 double percentile(std::vector<double> values, double p) {
     std::sort(values.begin(), values.end());
-    const auto index = static_cast<std::size_t>(
-        std::floor(p * static_cast<double>(values.size() - 1) + 0.5));
+    const auto index =
+        static_cast<std::size_t>(std::floor(p * static_cast<double>(values.size() - 1) + 0.5));
     return values[std::min(index, values.size() - 1)];
 }
 
 constexpr std::array<std::string_view, 12> monthKeys = {"JAN", "FEB", "MAR", "APR", "MAY", "JUN",
-                                                         "JUL", "AUG", "SEP", "OCT", "NOV", "DEC"};
+                                                        "JUL", "AUG", "SEP", "OCT", "NOV", "DEC"};
 
 // The service's fill value is −999; anything not above −998 is missing.
-bool present(double value) { return value > -998; }
+bool present(double value) {
+    return value > -998;
+}
 
 }  // namespace
 

@@ -30,8 +30,8 @@ double mean(const std::vector<double>& values) {
 
 std::optional<std::int64_t> parseInstant(std::string_view text) {
     // YYYY-MM-DDThh:mm:ss, then Z, ±hh:mm or nothing (read as UTC).
-    if (text.size() < 19 || text[4] != '-' || text[7] != '-' || (text[10] != 'T' && text[10] != ' ') ||
-        text[13] != ':' || text[16] != ':') {
+    if (text.size() < 19 || text[4] != '-' || text[7] != '-' ||
+        (text[10] != 'T' && text[10] != ' ') || text[13] != ':' || text[16] != ':') {
         return std::nullopt;
     }
     const auto year = digits(text, 0, 4);
@@ -131,14 +131,16 @@ std::map<Day, WearDay> WearForecast::days(const Doc& doc, const std::string& tim
     };
     std::map<Day, Samples> byDay;
     for (const Doc::Step& step : doc.properties.timeseries) {
-        const auto local = zone->to_local(date::sys_seconds{std::chrono::seconds{step.unixSeconds}});
+        const auto local =
+            zone->to_local(date::sys_seconds{std::chrono::seconds{step.unixSeconds}});
         const Day day{date::floor<date::days>(local).time_since_epoch().count()};
         Samples& s = byDay[day];
         const Doc::StepData::Instant& instant = step.data.instant;
         if (instant.airTemperature) s.temperatures.push_back(*instant.airTemperature);
         if (instant.windSpeed) s.wind.push_back(*instant.windSpeed * 3.6);
         if (instant.relativeHumidity) s.humidity.push_back(*instant.relativeHumidity);
-        if (instant.uvClearSky) s.uv = std::max(s.uv.value_or(*instant.uvClearSky), *instant.uvClearSky);
+        if (instant.uvClearSky)
+            s.uv = std::max(s.uv.value_or(*instant.uvClearSky), *instant.uvClearSky);
         // Hourly steps carry both periods; the six-hour one only counts where
         // the series has thinned out to six-hour steps, so no hour is summed twice.
         if (step.data.next1Hours && step.data.next1Hours->precipitationAmount) {

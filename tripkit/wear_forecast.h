@@ -40,7 +40,7 @@ struct WearForecast {
             std::optional<Next> next6Hours;
         };
         struct Step {
-            std::string time;             // ISO 8601 instant, as sent
+            std::string time;              // ISO 8601 instant, as sent
             std::int64_t unixSeconds = 0;  // the same instant
             StepData data;
         };

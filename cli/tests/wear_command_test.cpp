@@ -11,7 +11,8 @@ namespace {
 
 using testing::runCli;
 
-const std::string kBerlinForecast = std::string(ROAMWISE_REAL_DATA) + "/met-norway/complete-berlin.json";
+const std::string kBerlinForecast =
+    std::string(ROAMWISE_REAL_DATA) + "/met-norway/complete-berlin.json";
 
 TEST(WearCommand, GuideForAPlaceByCodeNameOrAlias) {
     auto guide = runCli({"wear", "BER", "--from", "2022-08-13", "--to", "2022-08-02", "--forecast",
@@ -46,20 +47,24 @@ TEST(WearCommand, GuideForAPlaceByCodeNameOrAlias) {
     ASSERT_EQ(typical.status, kOk) << typical.err;
     EXPECT_FALSE(typical.json()["usesForecast"].get<bool>());
 
-    auto exported = runCli({"wear", "Lisbon", "--from", "2026-05-01", "--to", "2026-05-03", "--export"});
+    auto exported =
+        runCli({"wear", "Lisbon", "--from", "2026-05-01", "--to", "2026-05-03", "--export"});
     ASSERT_EQ(exported.status, kOk);
     EXPECT_EQ(exported.out.substr(0, 46), "Packing list: Lisbon, 2026-05-01 to 2026-05-03");
-    EXPECT_NE(exported.out.find("Typical weather for these dates (NASA POWER averages), not a forecast."),
-              std::string::npos);
+    EXPECT_NE(
+        exported.out.find("Typical weather for these dates (NASA POWER averages), not a forecast."),
+        std::string::npos);
 
     auto table = runCli({"wear", "LIS", "--from", "2026-05-01", "--to", "2026-05-03"});
     ASSERT_EQ(table.status, kOk);
     EXPECT_NE(table.out.find("Daytime: "), std::string::npos) << table.out;
     EXPECT_NE(table.out.find("°F"), std::string::npos);
 
-    EXPECT_EQ(runCli({"wear", "Atlantis", "--from", "2026-05-01", "--to", "2026-05-03"}).status, kUsage);
+    EXPECT_EQ(runCli({"wear", "Atlantis", "--from", "2026-05-01", "--to", "2026-05-03"}).status,
+              kUsage);
     EXPECT_EQ(runCli({"wear", "LIS", "--from", "2026-05-01", "--to", "2026-05-03", "--activities",
-                      "skiing"}).status,
+                      "skiing"})
+                  .status,
               kUsage);
 }
 
@@ -80,10 +85,11 @@ TEST(ClimateCommand, ReducesADailyResponse) {
     tripkit::json::Json daily = {{"geometry", {{"coordinates", {13.4, 52.5, 34}}}},
                                  {"properties", {{"parameter", parameter}}}};
     dir.write("daily.json", daily.dump());
-    dir.write("uv.json", R"({"properties":{"parameter":{"ALLSKY_SFC_UV_INDEX_12":{"JAN":0.84,"JUL":6.25}}}})");
+    dir.write("uv.json",
+              R"({"properties":{"parameter":{"ALLSKY_SFC_UV_INDEX_12":{"JAN":0.84,"JUL":6.25}}}})");
 
-    auto out = runCli({"climate", "reduce", dir.str() + "/daily.json", "--uv", dir.str() + "/uv.json",
-                       "--elevation", "1034", "--json"});
+    auto out = runCli({"climate", "reduce", dir.str() + "/daily.json", "--uv",
+                       dir.str() + "/uv.json", "--elevation", "1034", "--json"});
     ASSERT_EQ(out.status, kOk) << out.err;
     const auto months = out.json();
     ASSERT_EQ(months.size(), 12u);
@@ -101,10 +107,12 @@ TEST(ClimateCommand, ReducesADailyResponse) {
     ASSERT_EQ(table.status, kOk);
     EXPECT_NE(table.out.find("Jan      7.0"), std::string::npos) << table.out;
 
-    auto hourly = runCli({"climate", "reduce",
-                          std::string(ROAMWISE_REAL_DATA) + "/nasa-power/hourly-point-brazil-2026.json"});
+    auto hourly =
+        runCli({"climate", "reduce",
+                std::string(ROAMWISE_REAL_DATA) + "/nasa-power/hourly-point-brazil-2026.json"});
     EXPECT_EQ(hourly.status, kNoData);
-    EXPECT_NE(hourly.err.find("no day with both temperatures in JAN"), std::string::npos) << hourly.err;
+    EXPECT_NE(hourly.err.find("no day with both temperatures in JAN"), std::string::npos)
+        << hourly.err;
 }
 
 TEST(ForecastCommand, DaysInThePlacesOwnZone) {
@@ -116,8 +124,8 @@ TEST(ForecastCommand, DaysInThePlacesOwnZone) {
     EXPECT_EQ(days[0]["low"], 18.6);  // 16:00 UTC is 18:00 in Berlin
     EXPECT_EQ(days[3]["rain"], 0.7);
     EXPECT_EQ(days[3]["source"], "forecast");
-    for (const char* key : {"day", "high", "low", "rain", "snow", "humidity", "wind", "uv", "hotDay",
-                            "coldNight", "source"}) {
+    for (const char* key : {"day", "high", "low", "rain", "snow", "humidity", "wind", "uv",
+                            "hotDay", "coldNight", "source"}) {
         EXPECT_TRUE(days[0].contains(key)) << key;
     }
     // Honolulu's day starts ten hours after UTC's.

@@ -7,8 +7,8 @@
 #include <fmt/format.h>
 
 #include "tripkit/destinations.h"
-#include "tripkit/wear_forecast.h"
 #include "tripkit/tests/test_data.h"
+#include "tripkit/wear_forecast.h"
 
 namespace tripkit {
 namespace {
@@ -30,7 +30,8 @@ struct Row {
 
 // A daily response of 2021 whose every month holds `base` on four days, and
 // whose January holds `january` instead (when given).
-std::string dailyText(const std::vector<Row>& january, std::vector<double> coordinates = {13.4, 52.5},
+std::string dailyText(const std::vector<Row>& january,
+                      std::vector<double> coordinates = {13.4, 52.5},
                       const std::vector<std::pair<std::string, Row>>& extraKeys = {}) {
     json::Json parameter = json::Json::object();
     const auto put = [&](const std::string& key, const Row& r) {
@@ -107,11 +108,11 @@ TEST(WearClimate, ElevationOffsetUsesTheLapseRateWithinEightDegrees) {
         double high;
     };
     const std::vector<Case> cases = {
-        {{13.4, 52.5, 0}, 1000, 13.5},    // city 1000 m above its cell: 6.5 colder
-        {{13.4, 52.5, 0}, 2000, 12},      // capped at 8
-        {{13.4, 52.5, 3000}, 0, 28},      // a city below its cell is warmer, also capped
-        {{13.4, 52.5, 220}, 20, 21.3},    // 200 m: 1.3
-        {{13.4, 52.5}, 1000, 20},         // no cell height
+        {{13.4, 52.5, 0}, 1000, 13.5},          // city 1000 m above its cell: 6.5 colder
+        {{13.4, 52.5, 0}, 2000, 12},            // capped at 8
+        {{13.4, 52.5, 3000}, 0, 28},            // a city below its cell is warmer, also capped
+        {{13.4, 52.5, 220}, 20, 21.3},          // 200 m: 1.3
+        {{13.4, 52.5}, 1000, 20},               // no cell height
         {{13.4, 52.5, 500}, std::nullopt, 20},  // no city height
     };
     for (const Case& c : cases) {
@@ -192,7 +193,8 @@ TEST(WearClimate, RequestPathsCacheKeyAndFetching) {
     };
     const std::string noUv = R"({"properties":{"parameter":{}}})";
     EXPECT_EQ(WearClimate::monthly(1, 2, std::nullopt, fetchFrom(good, noUv)).size(), 12u);
-    EXPECT_EQ(asked, (std::vector<std::string>{WearClimate::dailyPath(1, 2), WearClimate::uvPath(1, 2)}));
+    EXPECT_EQ(asked,
+              (std::vector<std::string>{WearClimate::dailyPath(1, 2), WearClimate::uvPath(1, 2)}));
 
     const auto kindOf = [](const WearClimate::Fetch& fetch) {
         try {
@@ -202,8 +204,9 @@ TEST(WearClimate, RequestPathsCacheKeyAndFetching) {
         }
         return -1;
     };
-    EXPECT_EQ(kindOf([](const std::string&) -> std::string { throw std::runtime_error("offline"); }),
-              static_cast<int>(WearClimate::Failure::Kind::network));
+    EXPECT_EQ(
+        kindOf([](const std::string&) -> std::string { throw std::runtime_error("offline"); }),
+        static_cast<int>(WearClimate::Failure::Kind::network));
     EXPECT_EQ(kindOf(fetchFrom(good, "{")), static_cast<int>(WearClimate::Failure::Kind::decoding));
     EXPECT_EQ(kindOf(fetchFrom(dailyText({}), noUv)),
               static_cast<int>(WearClimate::Failure::Kind::incomplete));
@@ -231,10 +234,11 @@ TEST(WearClimate, PlaceDecodingIsStrict) {
         R"("timeZone":"Europe/Lisbon","months":[]})";
     EXPECT_EQ(testing::decodeError<WearPlace>(place, "wear-climate.json"),
               "wear-climate.json: months: expected twelve months");
-    EXPECT_EQ(testing::decodeError<WearClimate::Daily>(
-                  R"({"geometry":{"coordinates":[1,2]},"properties":{"parameter":{"T2M_MAX":{"20210101":"x"}}}})",
-                  "daily.json"),
-              "daily.json: properties.parameter.T2M_MAX.20210101: expected a number");
+    EXPECT_EQ(
+        testing::decodeError<WearClimate::Daily>(
+            R"({"geometry":{"coordinates":[1,2]},"properties":{"parameter":{"T2M_MAX":{"20210101":"x"}}}})",
+            "daily.json"),
+        "daily.json: properties.parameter.T2M_MAX.20210101: expected a number");
 }
 
 }  // namespace

@@ -43,9 +43,9 @@ TEST(WearForecast, RainAndSnowThresholds) {
     };
     const std::vector<DayCase> days = {
         {{1, -1, 0, 0.5}, 1.2, 0.7, 0.7},
-        {{1, -1, 0, 0.5}, 0.29, 0.1, 0},  // too little to count as snow
+        {{1, -1, 0, 0.5}, 0.29, 0.1, 0},   // too little to count as snow
         {{3, -1, 0, 0.5}, 0.3, 0.4, 0.4},  // mean exactly 1 °C
-        {{3.2, -1, 0, 0.5}, 5, 0.9, 0},   // mean 1.1 °C: rain
+        {{3.2, -1, 0, 0.5}, 5, 0.9, 0},    // mean 1.1 °C: rain
     };
     for (const DayCase& c : days) {
         WearForecast::Doc doc;
@@ -120,10 +120,11 @@ TEST(WearForecast, InstantsAndRequest) {
                             "2022-08-02T16:00:00+2", "yesterday at noon"}) {
         EXPECT_FALSE(parseInstant(bad).has_value()) << bad;
     }
-    EXPECT_EQ(testing::decodeError<WearForecast::Doc>(
-                  R"({"properties":{"timeseries":[{"time":"soon","data":{"instant":{"details":{}}}}]}})",
-                  "forecast.json"),
-              "forecast.json: properties.timeseries[0].time: expected an ISO 8601 instant");
+    EXPECT_EQ(
+        testing::decodeError<WearForecast::Doc>(
+            R"({"properties":{"timeseries":[{"time":"soon","data":{"instant":{"details":{}}}}]}})",
+            "forecast.json"),
+        "forecast.json: properties.timeseries[0].time: expected an ISO 8601 instant");
     EXPECT_EQ(WearForecast::path(52.52, 13.405),
               "/weatherapi/locationforecast/2.0/complete?lat=52.5200&lon=13.4050");
 }

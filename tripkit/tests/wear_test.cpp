@@ -42,9 +42,8 @@ std::vector<WearDay> trip(int n, const WearDay& proto,
 WearGuide guideFor(std::vector<WearDay> days, std::set<WearActivity> activities = {},
                    bool laundry = false, bool modest = false, const std::string& country = "fr",
                    TempUnit unit = TempUnit::celsius) {
-    return WhatToWear::guide(WearRequest::make(std::move(days), std::move(activities), laundry,
-                                               country, modest),
-                             unit);
+    return WhatToWear::guide(
+        WearRequest::make(std::move(days), std::move(activities), laundry, country, modest), unit);
 }
 
 const PackItem* item(const WearGuide& g, const std::string& id) {
@@ -87,13 +86,13 @@ TEST(WearGuide, BandsAtTheirEdgesAndFeelsLike) {
         double high, low, humidity, wind;
         double feelsHigh, feelsLow;
     };
-    for (const Feels& c : std::vector<Feels>{
-             {20, 15, 90, 0, 20, 15},   // the humid bump starts at 27
-             {28, 15, 70, 0, 30, 15},   // and feels hot
-             {27, 15, 69.9, 0, 27, 15},
-             {30, 9, 50, 20, 30, 7},    // wind chill from 20 km/h below 10 °C
-             {30, 10, 50, 60, 30, 10},  // 10 °C stays 10
-             {30, 9, 50, 19.9, 30, 9}}) {
+    for (const Feels& c :
+         std::vector<Feels>{{20, 15, 90, 0, 20, 15},  // the humid bump starts at 27
+                            {28, 15, 70, 0, 30, 15},  // and feels hot
+                            {27, 15, 69.9, 0, 27, 15},
+                            {30, 9, 50, 20, 30, 7},    // wind chill from 20 km/h below 10 °C
+                            {30, 10, 50, 60, 30, 10},  // 10 °C stays 10
+                            {30, 9, 50, 19.9, 30, 9}}) {
         WearDay d = weather(c.high, c.low);
         d.humidity = c.humidity;
         d.wind = c.wind;
@@ -141,10 +140,10 @@ TEST(WhatToWear, TypicalDayBlendsNeighbouringMonths) {
         double high;
     };
     const std::vector<Case> cases = {
-        {Day::fromCivil(2026, 1, 15), 10},                                  // the month itself
-        {Day::fromCivil(2026, 1, 1), (14.0 / 31) * 120 + (17.0 / 31) * 10},  // from December
+        {Day::fromCivil(2026, 1, 15), 10},                                     // the month itself
+        {Day::fromCivil(2026, 1, 1), (14.0 / 31) * 120 + (17.0 / 31) * 10},    // from December
         {Day::fromCivil(2026, 12, 31), (15.0 / 31) * 120 + (16.0 / 31) * 10},  // into January
-        {Day::fromCivil(2026, 3, 14), (1.0 / 28) * 20 + (27.0 / 28) * 30},   // February is 28
+        {Day::fromCivil(2026, 3, 14), (1.0 / 28) * 20 + (27.0 / 28) * 30},     // February is 28
         {Day::fromCivil(2026, 2, 28), (15.0 / 28) * 20 + (13.0 / 28) * 30},
         {Day::fromCivil(2028, 2, 29), (15.0 / 28) * 20 + (13.0 / 28) * 30},  // reads as the 28th
         {Day::fromCivil(2026, 4, 30), (15.0 / 30) * 40 + (15.0 / 30) * 50},
@@ -168,8 +167,8 @@ TEST(WhatToWear, PlanDaysTakeForecastsAndStopAt61) {
     WearDay f = weather(3, 1);
     f.day = Day::fromCivil(2026, 1, 11);
     forecast[f.day] = f;
-    const auto days =
-        WhatToWear::planDays(Day::fromCivil(2026, 1, 12), Day::fromCivil(2026, 1, 10), months, forecast);
+    const auto days = WhatToWear::planDays(Day::fromCivil(2026, 1, 12), Day::fromCivil(2026, 1, 10),
+                                           months, forecast);
     ASSERT_EQ(days.size(), 3u);
     EXPECT_EQ(days[0].day, Day::fromCivil(2026, 1, 10));
     EXPECT_EQ(days[0].source, WearDay::Source::typical);
@@ -239,31 +238,74 @@ TEST(WhatToWear, WeatherNotesAtTheirThresholds) {
         {"0.4 over ten days", rainSum(10, 0.4 / 10, 0.04), "Usually dry.", true},
         {"a 0.15 day", rainSum(2, 0, 0.15), "A shower is possible.", true},
         {"a 0.14 day", rainSum(2, 0, 0.14), "Usually dry.", true},
-        {"snow", {with([](WearDay& d) { d.snow = 0.15; })}, "Snow is possible; dress for wet and cold.", true},
-        {"no snow", {with([](WearDay& d) { d.snow = 0.149; })}, "Snow is possible; dress for wet and cold.", false},
-        {"swing of 10", {weather(22, 12)}, "Big swing from day to night (about 10°C): dress in layers.", true},
-        {"swing of 9.9", {weather(21.9, 12)}, "Big swing from day to night (about 10°C): dress in layers.", false},
-        {"uv 8", {with([](WearDay& d) { d.uv = 7.6; }), with([](WearDay& d) { d.uv = 8; })},
-         "Very strong sun (UV up to 8): cover up and use sunscreen midday.", true},
-        {"uv 6", {with([](WearDay& d) { d.uv = 6.4; })}, "Strong sun (UV up to 6): sunscreen, sunglasses and a hat.", true},
-        {"uv 5.9", {with([](WearDay& d) { d.uv = 5.9; })}, "Strong sun (UV up to 6): sunscreen, sunglasses and a hat.", false},
-        {"humid", {with([](WearDay& d) { d.high = 24; d.humidity = 70; })},
-         "Humid, so it feels hotter: breathable, quick-dry fabrics.", true},
-        {"not humid at 23.9", {with([](WearDay& d) { d.high = 23.9; d.humidity = 90; })},
-         "Humid, so it feels hotter: breathable, quick-dry fabrics.", false},
+        {"snow",
+         {with([](WearDay& d) { d.snow = 0.15; })},
+         "Snow is possible; dress for wet and cold.",
+         true},
+        {"no snow",
+         {with([](WearDay& d) { d.snow = 0.149; })},
+         "Snow is possible; dress for wet and cold.",
+         false},
+        {"swing of 10",
+         {weather(22, 12)},
+         "Big swing from day to night (about 10°C): dress in layers.",
+         true},
+        {"swing of 9.9",
+         {weather(21.9, 12)},
+         "Big swing from day to night (about 10°C): dress in layers.",
+         false},
+        {"uv 8",
+         {with([](WearDay& d) { d.uv = 7.6; }), with([](WearDay& d) { d.uv = 8; })},
+         "Very strong sun (UV up to 8): cover up and use sunscreen midday.",
+         true},
+        {"uv 6",
+         {with([](WearDay& d) { d.uv = 6.4; })},
+         "Strong sun (UV up to 6): sunscreen, sunglasses and a hat.",
+         true},
+        {"uv 5.9",
+         {with([](WearDay& d) { d.uv = 5.9; })},
+         "Strong sun (UV up to 6): sunscreen, sunglasses and a hat.",
+         false},
+        {"humid",
+         {with([](WearDay& d) {
+             d.high = 24;
+             d.humidity = 70;
+         })},
+         "Humid, so it feels hotter: breathable, quick-dry fabrics.",
+         true},
+        {"not humid at 23.9",
+         {with([](WearDay& d) {
+             d.high = 23.9;
+             d.humidity = 90;
+         })},
+         "Humid, so it feels hotter: breathable, quick-dry fabrics.",
+         false},
         {"windy", trip(2, base, [](int i, WearDay& d) { d.wind = i == 0 ? 30 : 10; }),
          "Often windy: a windproof layer helps.", true},
         {"not windy", trip(2, base, [](int i, WearDay& d) { d.wind = i == 0 ? 29.9 : 10; }),
          "Often windy: a windproof layer helps.", false},
-        {"dry air", {with([](WearDay& d) { d.humidity = 35; })}, "Dry air: lip balm and moisturizer.", true},
-        {"not dry", {with([](WearDay& d) { d.humidity = 35.1; })}, "Dry air: lip balm and moisturizer.", false},
-        {"modest", {base}, "Local custom favors modest dress: cover shoulders and knees.", true, true},
-        {"fifteen days", trip(15, base), "The counts stop at 14 days; plan a wash on longer trips.", true},
-        {"fourteen days", trip(14, base), "The counts stop at 14 days; plan a wash on longer trips.", false},
+        {"dry air",
+         {with([](WearDay& d) { d.humidity = 35; })},
+         "Dry air: lip balm and moisturizer.",
+         true},
+        {"not dry",
+         {with([](WearDay& d) { d.humidity = 35.1; })},
+         "Dry air: lip balm and moisturizer.",
+         false},
+        {"modest",
+         {base},
+         "Local custom favors modest dress: cover shoulders and knees.",
+         true,
+         true},
+        {"fifteen days", trip(15, base), "The counts stop at 14 days; plan a wash on longer trips.",
+         true},
+        {"fourteen days", trip(14, base),
+         "The counts stop at 14 days; plan a wash on longer trips.", false},
     };
     for (const Case& c : cases) {
         const WearGuide g = guideFor(c.days, {}, false, c.modest);
-        EXPECT_EQ(hasNote(g, c.note), c.present) << c.what << "\n" << ::testing::PrintToString(g.summary);
+        EXPECT_EQ(hasNote(g, c.note), c.present) << c.what << "\n"
+                                                 << ::testing::PrintToString(g.summary);
     }
 
     // The temperature sentence: a range from 4 degrees apart, else "around".
@@ -283,7 +325,8 @@ TEST(WhatToWear, TypicalExtremesNotes) {
     d.coldNight = 9.9;  // cold band below the cool nights
     d.hotDay = 24;      // warm, above the mild days
     const WearGuide g = guideFor({d});
-    EXPECT_TRUE(hasNote(g, "A cold night can drop to 10°C.")) << ::testing::PrintToString(g.summary);
+    EXPECT_TRUE(hasNote(g, "A cold night can drop to 10°C."))
+        << ::testing::PrintToString(g.summary);
     EXPECT_TRUE(hasNote(g, "A hot day can reach 24°C."));
     d.hotDay = 23.9;  // same band as the days: nothing to say
     d.coldNight = 10;
@@ -345,10 +388,35 @@ TEST(WhatToWear, TopsBottomsAndShorts) {
     const std::vector<Case> cases = {
         // Every day warm: tops may all be short-sleeved, shorts as many as the share says.
         {"all warm, 7 days", trip(7, warm), {}, false, 7, 0, 3, 0, "light-pants"},
-        {"all warm, 2 days", trip(2, warm), {}, false, 2, 0, 1, 0, "light-pants"},  // the rule as written
-        {"all warm, hiking", trip(2, warm), {WearActivity::hiking}, false, 2, 0, 0, 1, "light-pants"},
-        {"all warm, 7 days, hiking", trip(7, warm), {WearActivity::hiking}, false, 7, 0, 2, 1, "light-pants"},
-        {"all warm, dinner", trip(7, warm), {WearActivity::dinnerOut}, false, 7, 0, 2, 1, "light-pants"},
+        {"all warm, 2 days", trip(2, warm), {}, false, 2, 0, 1, 0, "light-pants"},  // the rule as
+                                                                                    // written
+        {"all warm, hiking",
+         trip(2, warm),
+         {WearActivity::hiking},
+         false,
+         2,
+         0,
+         0,
+         1,
+         "light-pants"},
+        {"all warm, 7 days, hiking",
+         trip(7, warm),
+         {WearActivity::hiking},
+         false,
+         7,
+         0,
+         2,
+         1,
+         "light-pants"},
+        {"all warm, dinner",
+         trip(7, warm),
+         {WearActivity::dinnerOut},
+         false,
+         7,
+         0,
+         2,
+         1,
+         "light-pants"},
         {"all warm, modest", trip(7, warm), {}, true, 7, 0, 0, 3, "light-pants"},
         // Mixed: one long-sleeve top at least, a single bottom is long.
         {"mixed, 7 days", mixed(7, 6), {}, false, 6, 1, 2, 1, "pants"},
@@ -393,12 +461,17 @@ TEST(WhatToWear, LayersShoesAndExtras) {
         std::vector<std::string> ids;  // in this order
     } cases[] = {
         {rainyCool, {}, {"rain-jacket", "socks", "walking-shoes", "umbrella"}},
-        {rainyCold, {}, {"fleece", "rain-jacket", "waterproof-shoes", "umbrella", "warm-hat", "gloves"}},
+        {rainyCold,
+         {},
+         {"fleece", "rain-jacket", "waterproof-shoes", "umbrella", "warm-hat", "gloves"}},
         {weather(-2, -8), {}, {"insulated-mid", "parka", "warm-socks", "winter-boots", "scarf"}},
-        {hotWet, {WearActivity::themeParks, WearActivity::beach},
+        {hotWet,
+         {WearActivity::themeParks, WearActivity::beach},
          {"light-layer", "walking-shoes", "sandals", "umbrella", "sunscreen", "sun-hat", "day-bag",
           "water-bottle", "swimsuit", "rash-guard", "poncho", "cooling-towel", "battery"}},
-        {windyWarm, {WearActivity::business}, {"light-layer", "windbreaker", "dress-shoes", "blazer"}},
+        {windyWarm,
+         {WearActivity::business},
+         {"light-layer", "windbreaker", "dress-shoes", "blazer"}},
     };
     for (const auto& c : cases) {
         const WearGuide g = guideFor({c.day}, c.activities);
@@ -438,10 +511,13 @@ TEST(WhatToWear, LayersShoesAndExtras) {
     EXPECT_EQ(item(guideFor(weekend, {WearActivity::business}), "business-outfit")->note,
               "One per workday (1).");
     // Hiking socks: half the days, one to four.
-    EXPECT_EQ(countOf(guideFor(trip(3, weather(20, 12)), {WearActivity::hiking}), "hiking-socks"), 2);
-    EXPECT_EQ(countOf(guideFor(trip(20, weather(20, 12)), {WearActivity::hiking}), "hiking-socks"), 4);
+    EXPECT_EQ(countOf(guideFor(trip(3, weather(20, 12)), {WearActivity::hiking}), "hiking-socks"),
+              2);
+    EXPECT_EQ(countOf(guideFor(trip(20, weather(20, 12)), {WearActivity::hiking}), "hiking-socks"),
+              4);
     // A scarf for covering up abroad, not at home.
-    EXPECT_NE(item(guideFor({weather(20, 12)}, {WearActivity::cityWalking}), "cover-scarf"), nullptr);
+    EXPECT_NE(item(guideFor({weather(20, 12)}, {WearActivity::cityWalking}), "cover-scarf"),
+              nullptr);
     EXPECT_EQ(item(guideFor({weather(20, 12)}, {WearActivity::cityWalking}, false, false, "us"),
                    "cover-scarf"),
               nullptr);
@@ -449,8 +525,8 @@ TEST(WhatToWear, LayersShoesAndExtras) {
 
 TEST(WhatToWear, IdsNeverRepeat) {
     // Every combination of activities over climates from arctic to tropical.
-    std::vector<WearDay> climates = {weather(-15, -25), weather(1, -6), weather(8, 3),
-                                     weather(16, 11), weather(23, 17), weather(33, 25)};
+    std::vector<WearDay> climates = {weather(-15, -25), weather(1, -6),  weather(8, 3),
+                                     weather(16, 11),   weather(23, 17), weather(33, 25)};
     climates[2].rain = 0.6;
     climates[5].humidity = 85;
     climates[5].uv = 12;
@@ -458,7 +534,8 @@ TEST(WhatToWear, IdsNeverRepeat) {
     for (int mask = 0; mask < 64; ++mask) {
         std::set<WearActivity> activities;
         for (int a = 0; a < 6; ++a) {
-            if (mask & (1 << a)) activities.insert(allWearActivities()[static_cast<std::size_t>(a)]);
+            if (mask & (1 << a))
+                activities.insert(allWearActivities()[static_cast<std::size_t>(a)]);
         }
         for (const bool modest : {false, true}) {
             const WearGuide g = guideFor(climates, activities, false, modest);
@@ -484,10 +561,12 @@ TEST(WhatToWear, DaytimeEveningAndTextExport) {
     ASSERT_EQ(g.days.size(), 4u);
 
     const std::string title = "Packing list: Mérida, 4 days";
-    const std::string text = WhatToWear::exportText(g, title, {"swimsuit"}, {"Cover up in churches."});
+    const std::string text =
+        WhatToWear::exportText(g, title, {"swimsuit"}, {"Cover up in churches."});
     const std::string expectedStart = title + "\n" + std::string(28, '=') + "\n\nClothes\n[ ] ";
     EXPECT_EQ(text.substr(0, expectedStart.size()), expectedStart);
-    EXPECT_NE(text.find("\n\nFor what you're doing\n[x] Swimsuits × 2\n"), std::string::npos) << text;
+    EXPECT_NE(text.find("\n\nFor what you're doing\n[x] Swimsuits × 2\n"), std::string::npos)
+        << text;
     EXPECT_NE(text.find("\n[ ] Swim cover-up\n"), std::string::npos) << text;
     EXPECT_NE(text.find("\n\nLocal dress notes\n"), std::string::npos);
     EXPECT_EQ(text.substr(text.rfind('\n') + 1), WhatToWear::forecastSourceLine);
