@@ -19,6 +19,9 @@ void addFeedCommand(CLI::App& root, Io& io);
 void addWatchCommand(CLI::App& root, Io& io);
 void addChecklistCommand(CLI::App& root, Io& io);
 void addBestTimeCommand(CLI::App& root, Io& io);
+void addWearCommand(CLI::App& root, Io& io);
+void addClimateCommand(CLI::App& root, Io& io);
+void addForecastCommand(CLI::App& root, Io& io);
 
 // In the order `--help` lists them.
 inline const std::vector<CommandAdder>& allCommands() {
@@ -36,6 +39,9 @@ inline const std::vector<CommandAdder>& allCommands() {
         addWatchCommand,
         addChecklistCommand,
         addBestTimeCommand,
+        addWearCommand,
+        addClimateCommand,
+        addForecastCommand,
     };
     return adders;
 }

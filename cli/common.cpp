@@ -167,6 +167,12 @@ void reportImpossible(std::ostream& err, const std::string& file, int count, con
     }
 }
 
+std::optional<std::string> readFile(const std::string& path) {
+    std::optional<simdjson::padded_string> bytes = tripkit::FileReader::read(path);
+    if (!bytes) return std::nullopt;
+    return std::string(bytes->data(), bytes->size());
+}
+
 void printJson(std::ostream& out, const tripkit::json::Json& value) {
     out << value.dump(2) << "\n";
 }

@@ -88,6 +88,10 @@ tripkit::json::Json tripJson(const tripkit::RoundTrip& trip, tripkit::Day today)
 // (RWTravelpayoutsMarker, RWTravelpayoutsProject, RWHotelProgram, ...).
 tripkit::PartnerConfig partnerConfigFromEnvironment();
 
+// The bytes of a file through the shared reader (regular files only, size
+// cap, byte-order mark dropped); nothing when it does not exist.
+std::optional<std::string> readFile(const std::string& path);
+
 void printJson(std::ostream& out, const tripkit::json::Json& value);
 
 // Formats a dollar amount: "$1,234" or "$199.50".

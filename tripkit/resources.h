@@ -19,6 +19,9 @@ extern const std::string_view disneyGuide;     // resources/disney-guide.json
 extern const std::string_view universalGuide;  // resources/universal-guide.json
 extern const std::string_view disneyEvents;    // resources/disney-events.json
 
+// Typical weather of the reference places.
+extern const std::string_view wearClimate;  // resources/wear-climate.json
+
 // Decodes a shipped file; one that does not decode is a broken build, so the
 // program ends with the decode error.
 template <class T>

@@ -1,0 +1,133 @@
+#include "tripkit/wear_forecast.h"
+
+#include <gtest/gtest.h>
+
+#include "tripkit/tests/test_data.h"
+
+namespace tripkit {
+namespace {
+
+WearForecast::Doc berlin() {
+    return json::decodeDocument<WearForecast::Doc>(
+        testing::readFile(std::string(ROAMWISE_REAL_DATA) + "/met-norway/complete-berlin.json"),
+        "complete-berlin.json");
+}
+
+// One hourly step at 10:00 UTC + `hour` of 2026-01-10 with `mm` in the next hour.
+WearForecast::Doc::Step step(int hour, double temperature, double mm, double humidity = 80) {
+    WearForecast::Doc::Step s;
+    s.unixSeconds = Day::fromCivil(2026, 1, 10).count * 86400 + (10 + hour) * 3600;
+    s.data.instant.airTemperature = temperature;
+    s.data.instant.relativeHumidity = humidity;
+    s.data.instant.windSpeed = 5;
+    s.data.next1Hours = WearForecast::Doc::StepData::Next{mm, std::nullopt, std::nullopt};
+    return s;
+}
+
+TEST(WearForecast, RainAndSnowThresholds) {
+    struct Case {
+        double mm;
+        double rain;
+    };
+    for (const Case& c : std::vector<Case>{
+             {3.0, 0.9}, {2.99, 0.7}, {1.0, 0.7}, {0.99, 0.4}, {0.3, 0.4}, {0.29, 0.1}, {0, 0.1}}) {
+        EXPECT_EQ(WearForecast::rainChance(c.mm), c.rain) << c.mm;
+    }
+
+    // A cold day (high 1, low −1, mean 0) with 1.2 mm: rain 0.7, snow 0.7.
+    struct DayCase {
+        std::vector<double> temperatures;
+        double mm;
+        double rain;
+        double snow;
+    };
+    const std::vector<DayCase> days = {
+        {{1, -1, 0, 0.5}, 1.2, 0.7, 0.7},
+        {{1, -1, 0, 0.5}, 0.29, 0.1, 0},   // too little to count as snow
+        {{3, -1, 0, 0.5}, 0.3, 0.4, 0.4},  // mean exactly 1 °C
+        {{3.2, -1, 0, 0.5}, 5, 0.9, 0},    // mean 1.1 °C: rain
+    };
+    for (const DayCase& c : days) {
+        WearForecast::Doc doc;
+        for (std::size_t i = 0; i < c.temperatures.size(); ++i) {
+            doc.properties.timeseries.push_back(
+                step(static_cast<int>(i), c.temperatures[i], i == 0 ? c.mm : 0));
+        }
+        const auto out = WearForecast::days(doc, "UTC");
+        ASSERT_EQ(out.size(), 1u);
+        const WearDay& d = out.begin()->second;
+        EXPECT_EQ(d.rain, c.rain) << c.mm;
+        EXPECT_EQ(d.snow, c.snow) << c.mm;
+        EXPECT_EQ(d.source, WearDay::Source::forecast);
+    }
+}
+
+TEST(WearForecast, ADayNeedsMoreThanThreeSamples) {
+    WearForecast::Doc doc;
+    for (int i = 0; i < 3; ++i) doc.properties.timeseries.push_back(step(i, 5, 0));
+    EXPECT_TRUE(WearForecast::days(doc, "UTC").empty());
+    // Without humidity or wind samples the day reads 60 % and calm.
+    auto fourth = step(3, 7, 0);
+    doc.properties.timeseries.push_back(fourth);
+    for (auto& s : doc.properties.timeseries) {
+        s.data.instant.relativeHumidity.reset();
+        s.data.instant.windSpeed.reset();
+    }
+    const auto out = WearForecast::days(doc, "UTC");
+    ASSERT_EQ(out.size(), 1u);
+    const WearDay& d = out.at(Day::fromCivil(2026, 1, 10));
+    EXPECT_EQ(d.humidity, 60);
+    EXPECT_EQ(d.wind, 0);
+    EXPECT_EQ(d.high, 7);
+    EXPECT_EQ(d.hotDay, 7);
+    EXPECT_EQ(d.coldNight, 5);
+    EXPECT_THROW(WearForecast::days(doc, "Mars/Olympus"), std::invalid_argument);
+}
+
+TEST(WearForecast, RealResponseGroupedByTheLocalDay) {
+    const WearForecast::Doc doc = berlin();
+    ASSERT_EQ(doc.properties.timeseries.size(), 84u);
+    EXPECT_EQ(doc.properties.timeseries[0].time, "2022-08-02T16:00:00Z");
+
+    const auto local = WearForecast::days(doc, "Europe/Berlin");
+    ASSERT_EQ(local.size(), 10u);
+    EXPECT_EQ(local.begin()->first, Day::fromCivil(2022, 8, 2));
+    const WearDay& hot = local.at(Day::fromCivil(2022, 8, 4));
+    EXPECT_EQ(hot.high, 35.3);
+    EXPECT_EQ(hot.low, 19.2);
+    EXPECT_EQ(hot.uv, 5.5);
+    EXPECT_EQ(hot.rain, 0.1);
+    EXPECT_NEAR(hot.humidity, 44.016667, 1e-5);
+    EXPECT_NEAR(hot.wind, 7.98, 1e-9);
+    // 2.7 mm on the 5th: six-hour periods where the hourly ones stop.
+    const WearDay& wet = local.at(Day::fromCivil(2022, 8, 5));
+    EXPECT_EQ(wet.rain, 0.7);
+    EXPECT_EQ(wet.high, 25.3);  // 22:00 and 23:00 UTC of the 4th are the 5th in Berlin
+    EXPECT_EQ(wet.snow, 0);
+    EXPECT_EQ(local.at(Day::fromCivil(2022, 8, 2)).low, 18.6);
+
+    // In UTC the same steps fall on other days.
+    const auto utc = WearForecast::days(doc, "UTC");
+    EXPECT_EQ(utc.at(Day::fromCivil(2022, 8, 5)).high, 23.3);
+    EXPECT_EQ(utc.at(Day::fromCivil(2022, 8, 2)).low, 17.5);
+}
+
+TEST(WearForecast, InstantsAndRequest) {
+    EXPECT_EQ(parseInstant("1970-01-02T00:00:00Z"), 86400);
+    EXPECT_EQ(parseInstant("2022-08-02T16:00:00Z"), parseInstant("2022-08-02T18:00:00+02:00"));
+    EXPECT_EQ(parseInstant("2022-08-02T16:00:00.250Z"), parseInstant("2022-08-02T16:00:00Z"));
+    for (const char* bad : {"2022-08-02", "2022-08-02T16:00Z", "2022-13-02T16:00:00Z",
+                            "2022-08-02T16:00:00+2", "yesterday at noon"}) {
+        EXPECT_FALSE(parseInstant(bad).has_value()) << bad;
+    }
+    EXPECT_EQ(
+        testing::decodeError<WearForecast::Doc>(
+            R"({"properties":{"timeseries":[{"time":"soon","data":{"instant":{"details":{}}}}]}})",
+            "forecast.json"),
+        "forecast.json: properties.timeseries[0].time: expected an ISO 8601 instant");
+    EXPECT_EQ(WearForecast::path(52.52, 13.405),
+              "/weatherapi/locationforecast/2.0/complete?lat=52.5200&lon=13.4050");
+}
+
+}  // namespace
+}  // namespace tripkit
