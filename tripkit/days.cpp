@@ -76,6 +76,7 @@ std::optional<Day> Day::parse(std::string_view text) {
     }
     if (found != 3) return std::nullopt;
     if (parts[1] < 1 || parts[1] > 12 || parts[2] < 1 || parts[2] > 31) return std::nullopt;
+    if (parts[0] > 9999) return std::nullopt;  // text() could not write it back
     return fromCivil(parts[0], static_cast<int>(parts[1]), static_cast<int>(parts[2]));
 }
 

@@ -18,7 +18,10 @@ TEST(HistoryCommand, PrintsTheLastNinetyNights) {
     TempDir dir;
     // 100 nights from 2026-08-13 to 2026-11-20, one of them null.
     std::string values;
-    for (int i = 0; i < 100; ++i) values += (i ? "," : "") + (i == 50 ? "null" : std::to_string(200 + i));
+    for (int i = 0; i < 100; ++i) {
+        if (i) values += ",";
+        values += i == 50 ? "null" : std::to_string(200 + i);
+    }
     dir.write("history/JFK.json", historyFile("2026-08-13", values));
     auto r = runCli({"history", "LIS", "--data", dir.str(), "--home", "jfk", "--today", "2026-11-20", "--json"});
     ASSERT_EQ(r.status, kOk) << r.err;

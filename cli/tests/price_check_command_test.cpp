@@ -20,7 +20,10 @@ std::string historyFile(const std::string& origin, const std::string& updated, c
 
 std::string prices(int count, int first, int step) {
     std::string out;
-    for (int i = 0; i < count; ++i) out += (i ? "," : "") + std::to_string(first + i * step);
+    for (int i = 0; i < count; ++i) {
+        if (i) out += ",";
+        out += std::to_string(first + i * step);
+    }
     return out;
 }
 

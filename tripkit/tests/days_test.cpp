@@ -18,7 +18,7 @@ TEST(Day, ParsesOnlyTheFirstTenCharactersAndIsLenientOnPurpose) {
     EXPECT_FALSE(Day::parse("2026--03-07").has_value());  // 11 characters: the day is cut to "0"
     EXPECT_EQ(Day::parse("x-2026-3-7"), day(2026, 3, 7));
     for (const char* bad : {"2026-13-01", "2026-00-10", "2026-03-00", "2026-03-32", "2026-03", "",
-                            "20260307", "2026-3-7x", "-", "a-b-c"}) {
+                            "20260307", "2026-3-7x", "-", "a-b-c", "20211-6-20"}) {
         EXPECT_FALSE(Day::parse(bad).has_value()) << bad;
     }
 }

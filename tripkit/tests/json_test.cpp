@@ -31,7 +31,7 @@ TEST(Json, ErrorsNameSourceAndKeyPath) {
 
     std::string noCity = kDeal;
     noCity.replace(noCity.find(R"("city":"Lisbon",)"), 16, "");
-    EXPECT_EQ(errorOf<std::vector<Deal>>("[" + std::string(kDeal) + "," + noCity + "]"),
+    EXPECT_EQ(errorOf<std::vector<Deal>>(std::string("[") + kDeal + "," + noCity + "]"),
               "flights/JFK.json: [1].city: required key is missing");
 
     std::string stops = kDeal;

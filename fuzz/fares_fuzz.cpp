@@ -1,0 +1,41 @@
+// A fare file ("flights/CODE.json", cached as "fares-CODE.json") as the deals
+// list reads it: decoded, merged into deals, linked and quoted for the planner.
+#include "fuzz/fuzz_support.h"
+#include "tripkit/fares.h"
+#include "tripkit/links.h"
+#include "tripkit/places.h"
+
+using namespace tripkit;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::optional<FareBook> book = roamwise::fuzz::decoded<FareBook>(data, size);
+    if (!book) return 0;
+    roamwise::fuzz::checkRoundTrip(*book, roamwise::fuzz::Fidelity::decodes);
+
+    const Day today = book->updatedDay().value_or(roamwise::fuzz::fuzzToday());
+    // Merged with itself the ties rule runs too.
+    for (const Deal& deal : Fares::deals({*book, *book}, today)) {
+        (void)deal.id();
+        (void)deal.isStale(today);
+        (void)Links::flightSearch(deal, "https://www.aviasales.com", "fuzz");
+    }
+
+    const Airports& airports = Airports::shipped();
+    const Airport* home = airports.find("JFK");
+    const Airport* orlando = airports.find("MCO");
+    if (!home || !orlando) roamwise::fuzz::fail("shipped airports lack JFK or MCO");
+    (void)Fares::airlines(&*book);
+    FareFilter nonstop;
+    nonstop.nonstopOnly = true;
+    for (const auto* fares : {&book->toOrlando, &book->fromOrlando}) {
+        for (const auto& [dayText, options] : *fares) {
+            const std::optional<Day> day = Day::parse(dayText);
+            if (!day) continue;
+            for (const FareFilter& filter : {FareFilter{}, nonstop}) {
+                (void)Fares::quote(&*book, fares == &book->toOrlando, *day, filter, *home, *orlando,
+                                   0.5, today, FareCalibration{});
+            }
+        }
+    }
+    return 0;
+}
