@@ -32,8 +32,16 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             const std::optional<Day> day = Day::parse(dayText);
             if (!day) continue;
             for (const FareFilter& filter : {FareFilter{}, nonstop}) {
-                (void)Fares::quote(&*book, fares == &book->toOrlando, *day, filter, *home, *orlando,
-                                   0.5, today, FareCalibration{});
+                QuoteRequest request;
+                request.leg = fares == &book->toOrlando ? QuoteRequest::Leg::toOrlando
+                                                        : QuoteRequest::Leg::fromOrlando;
+                request.day = *day;
+                request.demand = 0.5;
+                request.filter = filter;
+                request.home = *home;
+                request.orlando = *orlando;
+                request.today = today;
+                (void)Fares::quote(*book, request);
             }
         }
     }

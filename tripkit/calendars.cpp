@@ -315,8 +315,10 @@ std::vector<RoundTrip> FareCalendar::allTrips(Day from) const {
         const CalendarFare* fare;
     };
     std::vector<Held> held;
-    for (const auto& [to, row] : byDestination) {
-        forEachUsable(row, from, [&](const CalendarFare& f) { held.push_back({f.depart, &to, &f}); });
+    for (const auto& entry : byDestination) {
+        const std::string* to = &entry.first;  // clang 14 cannot capture a structured binding
+        forEachUsable(entry.second, from,
+                      [&](const CalendarFare& f) { held.push_back({f.depart, to, &f}); });
     }
     // Stable: trips leaving the same day stay in destination order.
     std::stable_sort(held.begin(), held.end(),
