@@ -173,6 +173,17 @@ std::optional<std::string> readFile(const std::string& path) {
     return std::string(bytes->data(), bytes->size());
 }
 
+void reportImpossibleIn(std::ostream& err, const std::string& file, const tripkit::FareBook& book,
+                        tripkit::Day today) {
+    reportImpossible(err, file, book.impossible + tripkit::Fares::seenAfter(book, today), "fare",
+                     "fares");
+}
+
+void reportImpossibleIn(std::ostream& err, const std::string& file, const tripkit::HistoryBook& book,
+                        tripkit::Day) {
+    reportImpossible(err, file, book.impossible, "price", "prices");
+}
+
 void printJson(std::ostream& out, const tripkit::json::Json& value) {
     out << value.dump(2) << "\n";
 }

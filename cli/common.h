@@ -16,6 +16,7 @@
 #include "tripkit/file_reader.h"
 #include "tripkit/json.h"
 #include "tripkit/links.h"
+#include "tripkit/fares.h"
 #include "tripkit/price_history.h"
 
 namespace roamwise::cli {
@@ -106,6 +107,12 @@ void reportSkipped(std::ostream& err, const std::string& code, const std::string
 // One line per file for the records left out because their values cannot be
 // true ("flights/JFK.json: skipped 3 fares with impossible values"); nothing
 // when there were none.
+// The impossible values a decoded file held ("skipped 2 fares with impossible
+// values"); fares seen after today count too.
+void reportImpossibleIn(std::ostream& err, const std::string& file, const tripkit::FareBook& book,
+                        tripkit::Day today);
+void reportImpossibleIn(std::ostream& err, const std::string& file, const tripkit::HistoryBook& book,
+                        tripkit::Day today);
 void reportImpossible(std::ostream& err, const std::string& file, int count, const char* one,
                       const char* many);
 
@@ -124,6 +131,7 @@ std::vector<HomeFile<T>> loadHomeFiles(const DataOptions& data, const std::strin
                 continue;
             }
             out.push_back({code, tripkit::json::decodePadded<T>(std::move(*bytes), relative)});
+            reportImpossibleIn(err, relative, out.back().value, resolveToday(data.today));
         } catch (const std::exception& e) {
             reportSkipped(err, code, e.what());
         }

@@ -55,7 +55,22 @@ TEST(DealsCommand, SkipsMissingAndBrokenFilesAndSaysWhy) {
     ASSERT_EQ(r.json().size(), 1u);
     EXPECT_EQ(r.json()[0]["origin"], "EWR");
 
+    // Fares no search can have found are left out with one line per file;
+    // the date is the example folder's day.
+    dir.write("flights/JFK.json", R"({"origin":"JFK","updated":"2026-11-20","toOrlando":{},)"
+                                  R"("fromOrlando":{},"deals":[{"destination":"LIS","city":"Lisbon",)"
+                                  R"("country":"Portugal","price":-5,"depart":"2026-12-01",)"
+                                  R"("airline":"TP","stops":0},{"destination":"OPO","city":"Porto",)"
+                                  R"("country":"Portugal","price":300,"depart":"2026-12-01",)"
+                                  R"("airline":"TP","stops":0,"seen":"2026-11-25"}]})");
+    r = runCli(dealsArgs(dir.str(), "JFK,EWR"));
+    ASSERT_EQ(r.status, kOk) << r.err;
+    EXPECT_NE(r.err.find("roamwise-cli: flights/JFK.json: skipped 2 fares with impossible values\n"),
+              std::string::npos) << r.err;
+    ASSERT_EQ(r.json().size(), 1u);
+
     // Nothing readable at all: a non-zero exit.
+    dir.write("flights/JFK.json", "{}");
     dir.write("flights/EWR.json", std::string(5000, '['));
     r = runCli(dealsArgs(dir.str(), "JFK,EWR"));
     EXPECT_EQ(r.status, kNoData);
