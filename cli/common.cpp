@@ -118,25 +118,12 @@ std::optional<tripkit::FareCalendar> loadFareCalendar(const DataOptions& data, s
     // Each book is merged as soon as it is read, so only one is held at a time.
     tripkit::FareCalendar calendar;
     bool any = false;
-    for (const std::string& code : parseHomeCodes(data.homes)) {
-        const std::string relative = "calendars/" + code + ".json";
-        try {
-            std::optional<simdjson::padded_string> bytes = readDataFile(data, relative);
-            if (!bytes) {
-                reportSkipped(err, code,
-                              data.sample ? "no sample data for " + code
-                                          : "no file " + data.dataDir + "/" + relative);
-                continue;
-            }
-            const auto book =
-                tripkit::json::decodePadded<tripkit::CalendarBook>(std::move(*bytes), relative);
-            reportImpossible(err, relative, book.skippedImpossible, "calendar fare", "calendar fares");
+    forEachHomeFile<tripkit::CalendarBook>(
+        data, "calendars", parseHomeCodes(data.homes), err,
+        [&](const std::string&, tripkit::CalendarBook&& book) {
             calendar.add(book);
             any = true;
-        } catch (const std::exception& e) {
-            reportSkipped(err, code, e.what());
-        }
-    }
+        });
     if (!any) {
         err << "roamwise-cli: no calendar file could be read\n";
         return std::nullopt;
@@ -182,6 +169,11 @@ void reportImpossibleIn(std::ostream& err, const std::string& file, const tripki
 void reportImpossibleIn(std::ostream& err, const std::string& file, const tripkit::HistoryBook& book,
                         tripkit::Day) {
     reportImpossible(err, file, book.impossible, "price", "prices");
+}
+
+void reportImpossibleIn(std::ostream& err, const std::string& file,
+                        const tripkit::CalendarBook& book, tripkit::Day) {
+    reportImpossible(err, file, book.skippedImpossible, "calendar fare", "calendar fares");
 }
 
 void printJson(std::ostream& out, const tripkit::json::Json& value) {

@@ -106,20 +106,21 @@ std::string dayWithWeekday(tripkit::Day day);
 void reportSkipped(std::ostream& err, const std::string& code, const std::string& why);
 // One line per file for the records left out because their values cannot be
 // true ("flights/JFK.json: skipped 3 fares with impossible values"); nothing
-// when there were none.
-// The impossible values a decoded file held ("skipped 2 fares with impossible
-// values"); fares seen after today count too.
+// when there were none. Fares seen after today count too.
 void reportImpossibleIn(std::ostream& err, const std::string& file, const tripkit::FareBook& book,
                         tripkit::Day today);
 void reportImpossibleIn(std::ostream& err, const std::string& file, const tripkit::HistoryBook& book,
                         tripkit::Day today);
+void reportImpossibleIn(std::ostream& err, const std::string& file,
+                        const tripkit::CalendarBook& book, tripkit::Day today);
 void reportImpossible(std::ostream& err, const std::string& file, int count, const char* one,
                       const char* many);
 
-template <class T>
-std::vector<HomeFile<T>> loadHomeFiles(const DataOptions& data, const std::string& folder,
-                                       const std::vector<std::string>& codes, std::ostream& err) {
-    std::vector<HomeFile<T>> out;
+// Reads and decodes each home airport's file in order and hands it to
+// visit(code, value); a missing or undecodable file is reported and skipped.
+template <class T, class Visit>
+void forEachHomeFile(const DataOptions& data, const std::string& folder,
+                     const std::vector<std::string>& codes, std::ostream& err, Visit&& visit) {
     for (const std::string& code : codes) {
         const std::string relative = folder + "/" + code + ".json";
         try {
@@ -130,12 +131,21 @@ std::vector<HomeFile<T>> loadHomeFiles(const DataOptions& data, const std::strin
                                           : "no file " + data.dataDir + "/" + relative);
                 continue;
             }
-            out.push_back({code, tripkit::json::decodePadded<T>(std::move(*bytes), relative)});
-            reportImpossibleIn(err, relative, out.back().value, resolveToday(data.today));
+            T value = tripkit::json::decodePadded<T>(std::move(*bytes), relative);
+            reportImpossibleIn(err, relative, value, resolveToday(data.today));
+            visit(code, std::move(value));
         } catch (const std::exception& e) {
             reportSkipped(err, code, e.what());
         }
     }
+}
+
+template <class T>
+std::vector<HomeFile<T>> loadHomeFiles(const DataOptions& data, const std::string& folder,
+                                       const std::vector<std::string>& codes, std::ostream& err) {
+    std::vector<HomeFile<T>> out;
+    forEachHomeFile<T>(data, folder, codes, err,
+                       [&](const std::string& code, T&& value) { out.push_back({code, std::move(value)}); });
     return out;
 }
 
