@@ -1,6 +1,7 @@
 #include "tripkit/widget_snapshot.h"
 
 #include "tripkit/freshness.h"
+#include "tripkit/json_fields.h"
 
 namespace tripkit {
 
@@ -20,47 +21,44 @@ std::optional<Day> WidgetSnapshot::cappedDay(const std::optional<std::string>& t
 
 std::string_view WidgetSnapshot::text(Showing s) {
     switch (s) {
-        case Showing::current: return "current";
-        case Showing::dated: return "dated";
-        case Showing::expired: return "expired";
+        case Showing::current:
+            return "current";
+        case Showing::dated:
+            return "dated";
+        case Showing::expired:
+            return "expired";
     }
     return "expired";
 }
 
+template <>
+struct json::Fields<WidgetSnapshot::Item> {
+    using T = WidgetSnapshot::Item;
+    static constexpr auto list =
+        std::tuple{json::field("title", &T::title),   json::field("origin", &T::origin),
+                   json::field("price", &T::price),   json::field("target", &T::target),
+                   json::field("depart", &T::depart), json::field("returnDay", &T::returnDay)};
+};
+
+template <>
+struct json::Fields<WidgetSnapshot> {
+    using T = WidgetSnapshot;
+    static constexpr auto list = std::tuple{
+        json::field("updated", &T::updated), json::field("homeAirports", &T::homeAirports),
+        json::field("bestDeal", &T::bestDeal), json::field("watched", &T::watched)};
+};
+
 void decode(const json::Value& v, WidgetSnapshot::Item& out) {
-    out.title = v.get<std::string>("title");
-    out.origin = v.get<std::string>("origin");
-    out.price = v.get<double>("price");
-    out.target = v.getOptional<double>("target");
-    out.depart = v.get<Day>("depart");
-    out.returnDay = v.getOptional<Day>("returnDay");
+    json::decodeFields(v, out);
 }
-
 void decode(const json::Value& v, WidgetSnapshot& out) {
-    out.updated = v.get<Day>("updated");
-    out.homeAirports = v.get<std::vector<std::string>>("homeAirports");
-    out.bestDeal = v.getOptional<WidgetSnapshot::Item>("bestDeal");
-    out.watched = v.get<std::vector<WidgetSnapshot::Item>>("watched");
+    json::decodeFields(v, out);
 }
-
 json::Json encode(const WidgetSnapshot::Item& item) {
-    json::Json out = json::Json::object();
-    out["title"] = item.title;
-    out["origin"] = item.origin;
-    out["price"] = json::number(item.price);
-    json::putOptional(out, "target", item.target);
-    out["depart"] = encode(item.depart);
-    json::putOptional(out, "returnDay", item.returnDay);
-    return out;
+    return json::encodeFields(item);
 }
-
 json::Json encode(const WidgetSnapshot& s) {
-    json::Json out = json::Json::object();
-    out["updated"] = encode(s.updated);
-    out["homeAirports"] = json::array(s.homeAirports);
-    json::putOptional(out, "bestDeal", s.bestDeal);
-    out["watched"] = json::array(s.watched);
-    return out;
+    return json::encodeFields(s);
 }
 
 }  // namespace tripkit

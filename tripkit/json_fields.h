@@ -1,0 +1,154 @@
+// Records whose JSON form is their fields one to one say their fields once,
+// in a field list, and one decoder and one encoder serve them all:
+//
+//     template <>
+//     struct json::Fields<Mears> {
+//         static constexpr auto list = std::tuple{
+//             json::field("adult", &Mears::adult, json::amount),
+//             json::field("child", &Mears::child, json::amount)};
+//     };
+//     void decode(const json::Value& v, Mears& out) { json::decodeFields(v, out); }
+//     json::Json encode(const Mears& m) { return json::encodeFields(m); }
+//
+// An optional field is absent or null when it has no value and is left out
+// when written. A field may carry a check of its decoded value (a price above
+// 0, a count of at least 1); a record may add `static void check(const
+// json::Value&, T&)` to its Fields for rules across fields, run once every
+// field is read. Positional and case-keyed forms stay hand-written.
+#pragma once
+
+#include <cmath>
+#include <optional>
+#include <set>
+#include <string>
+#include <tuple>
+#include <type_traits>
+#include <vector>
+
+#include "tripkit/json.h"
+
+namespace tripkit::json {
+
+// Specialised for each record that is its fields one to one.
+template <class T>
+struct Fields;
+
+template <class T>
+concept Described = requires {
+    Fields<T>::list;
+};
+
+// No check: any value of the field's type is a fact.
+struct Unchecked {
+    template <class M>
+    void operator()(const Value&, const M&) const {}
+};
+
+template <class C, class M, class Check = Unchecked>
+struct Field {
+    const char* key;
+    M C::*member;
+    Check check{};
+};
+
+template <class C, class M, class Check = Unchecked>
+constexpr Field<C, M, Check> field(const char* key, M C::*member, Check check = {}) {
+    return {key, member, check};
+}
+
+// Money and measures that cannot be negative (a tax, a fee, a budget).
+struct Amount {
+    void operator()(const Value& v, double x) const {
+        if (!(x >= 0) || !std::isfinite(x)) v.fail("expected an amount of 0 or more");
+    }
+};
+inline constexpr Amount amount{};
+
+// A price that something is sold for: never 0.
+struct Price {
+    void operator()(const Value& v, double x) const {
+        if (!(x > 0) || !std::isfinite(x)) v.fail("expected a price above 0");
+    }
+};
+inline constexpr Price price{};
+
+// A whole count of at least `min`; `message` says so in words.
+struct AtLeast {
+    int min;
+    const char* message;
+    void operator()(const Value& v, int x) const {
+        if (x < min) v.fail(message);
+    }
+};
+
+namespace detail {
+
+template <class T>
+struct IsOptional : std::false_type {};
+template <class T>
+struct IsOptional<std::optional<T>> : std::true_type {};
+
+template <class T>
+struct IsVector : std::false_type {};
+template <class T>
+struct IsVector<std::vector<T>> : std::true_type {};
+
+template <class C, class M, class Check>
+void decodeField(const Value& v, C& out, const Field<C, M, Check>& f) {
+    if constexpr (IsOptional<M>::value) {
+        const std::optional<Value> value = v.find(f.key);
+        if (!value) {
+            out.*f.member = std::nullopt;
+            return;
+        }
+        auto x = value->template as<typename M::value_type>();
+        f.check(*value, x);
+        out.*f.member = std::move(x);
+    } else {
+        const Value value = v.field(f.key);
+        M x = value.template as<M>();
+        f.check(value, x);
+        out.*f.member = std::move(x);
+    }
+}
+
+template <class M>
+Json encodeValue(const M& x) {
+    if constexpr (IsVector<M>::value) {
+        Json out = Json::array();
+        for (const auto& item : x) out.push_back(encodeValue(item));
+        return out;
+    } else if constexpr (std::is_same_v<M, std::set<std::string>>) {
+        return array(x);
+    } else {
+        return encode(x);  // the record's own encoder, found by argument-dependent lookup
+    }
+}
+
+template <class C, class M, class Check>
+void encodeField(Json& out, const C& record, const Field<C, M, Check>& f) {
+    const M& x = record.*f.member;
+    if constexpr (IsOptional<M>::value) {
+        if (x) out[f.key] = encodeValue(*x);
+    } else {
+        out[f.key] = encodeValue(x);
+    }
+}
+
+}  // namespace detail
+
+template <Described T>
+void decodeFields(const Value& v, T& out) {
+    std::apply([&](const auto&... f) { (detail::decodeField(v, out, f), ...); }, Fields<T>::list);
+    if constexpr (requires { Fields<T>::check(v, out); }) Fields<T>::check(v, out);
+}
+
+template <Described T>
+Json encodeFields(const T& record) {
+    Json out = Json::object();
+    std::apply([&](const auto&... f) { (detail::encodeField(out, record, f), ...); },
+               Fields<T>::list);
+    return out;
+}
+
+}  // namespace tripkit::json
