@@ -14,7 +14,10 @@
 // when written. A field may carry a check of its decoded value (a price above
 // 0, a count of at least 1); a record may add `static void check(const
 // json::Value&, T&)` to its Fields for rules across fields, run once every
-// field is read. Positional and case-keyed forms stay hand-written.
+// field is read, or put a `json::rule` in the list where a rule must run
+// before the fields after it are read (so that of two faults in a file the
+// same one is reported first). Positional and case-keyed forms stay
+// hand-written.
 #pragma once
 
 #include <cmath>
@@ -81,6 +84,47 @@ struct AtLeast {
     }
 };
 
+// A whole number from `min` to `max`, both included.
+struct Between {
+    int min;
+    int max;
+    const char* message;
+    void operator()(const Value& v, int x) const {
+        if (x < min || x > max) v.fail(message);
+    }
+};
+
+// Each element of an array field read and checked in turn (at the element's
+// own path), then the whole container by `whole`.
+template <class Check, class Whole = Unchecked>
+struct Each {
+    Check check;
+    Whole whole{};
+};
+template <class Check, class Whole = Unchecked>
+constexpr Each<Check, Whole> each(Check check, Whole whole = {}) {
+    return {check, whole};
+}
+
+// A double written as it is held (40.0 stays 40.0), for the fields that
+// were always written so; json::number is the rule for money and measures.
+struct AsDouble {
+    void operator()(const Value&, double) const {}
+    Json write(double x) const { return x; }
+};
+inline constexpr AsDouble asDouble{};
+
+// A rule across fields, run at its place in the list while decoding; it
+// writes nothing.
+template <class F>
+struct Rule {
+    F check;
+};
+template <class F>
+constexpr Rule<F> rule(F check) {
+    return {check};
+}
+
 namespace detail {
 
 template <class T>
@@ -93,6 +137,38 @@ struct IsVector : std::false_type {};
 template <class T>
 struct IsVector<std::vector<T>> : std::true_type {};
 
+template <class T>
+struct IsSet : std::false_type {};
+template <class T>
+struct IsSet<std::set<T>> : std::true_type {};
+
+template <class T>
+struct IsEach : std::false_type {};
+template <class Check, class Whole>
+struct IsEach<Each<Check, Whole>> : std::true_type {};
+
+template <class M, class Check>
+M decodeChecked(const Value& value, const Check& check) {
+    if constexpr (IsEach<Check>::value) {
+        M out;  // no reserve: size() would fail a non-array with another message
+        value.forEach([&](const Value& e) {
+            auto x = e.as<typename M::value_type>();
+            check.check(e, x);
+            if constexpr (IsVector<M>::value) {
+                out.push_back(std::move(x));
+            } else {
+                out.insert(std::move(x));
+            }
+        });
+        check.whole(value, out);
+        return out;
+    } else {
+        M x = value.as<M>();
+        check(value, x);
+        return x;
+    }
+}
+
 template <class C, class M, class Check>
 void decodeField(const Value& v, C& out, const Field<C, M, Check>& f) {
     if constexpr (IsOptional<M>::value) {
@@ -101,27 +177,34 @@ void decodeField(const Value& v, C& out, const Field<C, M, Check>& f) {
             out.*f.member = std::nullopt;
             return;
         }
-        auto x = value->template as<typename M::value_type>();
-        f.check(*value, x);
-        out.*f.member = std::move(x);
+        out.*f.member = decodeChecked<typename M::value_type>(*value, f.check);
     } else {
-        const Value value = v.field(f.key);
-        M x = value.template as<M>();
-        f.check(value, x);
-        out.*f.member = std::move(x);
+        out.*f.member = decodeChecked<M>(v.field(f.key), f.check);
     }
+}
+
+template <class C, class F>
+void decodeField(const Value& v, C& out, const Rule<F>& r) {
+    r.check(v, out);
 }
 
 template <class M>
 Json encodeValue(const M& x) {
-    if constexpr (IsVector<M>::value) {
+    if constexpr (IsVector<M>::value || IsSet<M>::value) {
         Json out = Json::array();
         for (const auto& item : x) out.push_back(encodeValue(item));
         return out;
-    } else if constexpr (std::is_same_v<M, std::set<std::string>>) {
-        return array(x);
     } else {
         return encode(x);  // the record's own encoder, found by argument-dependent lookup
+    }
+}
+
+template <class Check, class M>
+Json encodeChecked(const Check& check, const M& x) {
+    if constexpr (requires { check.write(x); }) {
+        return check.write(x);
+    } else {
+        return encodeValue(x);
     }
 }
 
@@ -129,11 +212,14 @@ template <class C, class M, class Check>
 void encodeField(Json& out, const C& record, const Field<C, M, Check>& f) {
     const M& x = record.*f.member;
     if constexpr (IsOptional<M>::value) {
-        if (x) out[f.key] = encodeValue(*x);
+        if (x) out[f.key] = encodeChecked(f.check, *x);
     } else {
-        out[f.key] = encodeValue(x);
+        out[f.key] = encodeChecked(f.check, x);
     }
 }
+
+template <class C, class F>
+void encodeField(Json&, const C&, const Rule<F>&) {}
 
 }  // namespace detail
 
