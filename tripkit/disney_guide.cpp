@@ -4,6 +4,7 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "tripkit/json_fields.h"
 #include "tripkit/resources.h"
 
 namespace tripkit {
@@ -367,213 +368,207 @@ std::optional<ParkGuide::HotelStay> DisneyGuide::hotelStay(const ParkResort& res
 
 // --- decoding and encoding ---
 
-void decode(const json::Value& v, DisneyGuide::Coverage& out) {
-    out.from = v.get<Day>("from");
-    out.hotelsPublishedThrough = v.get<Day>("hotelsPublishedThrough");
-    out.ticketsPublishedThrough = v.get<Day>("ticketsPublishedThrough");
-    for (const char* key : {"hotelsPublishedThrough", "ticketsPublishedThrough"}) {
-        if (v.get<Day>(key) < out.from) v.field(key).fail("is before from");
-    }
-}
-
-void decode(const json::Value& v, DisneyGuide::Season& out) {
-    out.from = v.get<Day>("from");
-    out.to = v.get<Day>("to");
-    out.season = v.get<std::string>("season");
-    out.seasonEs = v.get<std::string>("seasonEs");
-    const json::Value rates = v.field("rates");
-    out.rates.clear();
-    // A night without a rate would price at $0.
-    rates.forEach([&](const json::Value& rate) {
-        const double r = rate.as<double>();
-        if (!(r > 0)) rate.fail("expected a price above 0");
-        out.rates.push_back(r);
-    });
-    if (out.rates.empty()) rates.fail("expected at least one rate");
-    out.estimated = v.get<bool>("estimated");
-    if (out.to < out.from) v.fail("from " + out.from.text() + " is after to " + out.to.text());
-}
-
 namespace {
 
 // A price at the cheapest and the dearest dates, the dearest not below.
 template <class Row>
-void readLowHigh(const json::Value& v, Row& out) {
-    out.low = readAmount(v, "low");
-    out.high = readAmount(v, "high");
-    if (out.high < out.low) v.fail("low is above high");
+void checkLowHigh(const json::Value& v, const Row& r) {
+    if (r.high < r.low) v.fail("low is above high");
 }
 
 }  // namespace
 
+template <>
+struct json::Fields<DisneyGuide::Coverage> {
+    using T = DisneyGuide::Coverage;
+    static constexpr auto list =
+        std::tuple{json::field("from", &T::from),
+                   json::field("hotelsPublishedThrough", &T::hotelsPublishedThrough),
+                   json::field("ticketsPublishedThrough", &T::ticketsPublishedThrough)};
+    static void check(const json::Value& v, T& c) {
+        for (const char* key : {"hotelsPublishedThrough", "ticketsPublishedThrough"}) {
+            if (v.get<Day>(key) < c.from) v.field(key).fail("is before from");
+        }
+    }
+};
+
+template <>
+struct json::Fields<DisneyGuide::Season> {
+    using T = DisneyGuide::Season;
+    static constexpr auto list = std::tuple{
+        json::field("from", &T::from), json::field("to", &T::to), json::field("season", &T::season),
+        json::field("seasonEs", &T::seasonEs),
+        // A night without a rate would price at $0.
+        json::field("rates", &T::rates,
+                    json::each(json::price,
+                               [](const json::Value& v, const std::vector<double>& rates) {
+                                   if (rates.empty()) v.fail("expected at least one rate");
+                               })),
+        json::field("estimated", &T::estimated)};
+    static void check(const json::Value& v, T& s) {
+        if (s.to < s.from) v.fail("from " + s.from.text() + " is after to " + s.to.text());
+    }
+};
+
+template <>
+struct json::Fields<DisneyGuide::TicketRow> {
+    using T = DisneyGuide::TicketRow;
+    static constexpr auto list = std::tuple{
+        json::field("days", &T::days, json::AtLeast{1, "expected 1 or more"}),
+        json::field("low", &T::low, json::amount), json::field("high", &T::high, json::amount)};
+    static void check(const json::Value& v, T& r) { checkLowHigh(v, r); }
+};
+
+template <>
+struct json::Fields<DisneyGuide::HopperRow> {
+    using T = DisneyGuide::HopperRow;
+    static constexpr auto list = std::tuple{
+        json::field("fromDays", &T::fromDays, json::AtLeast{0, "expected a count of 0 or more"}),
+        json::field("low", &T::low, json::amount), json::field("high", &T::high, json::amount)};
+    static void check(const json::Value& v, T& r) { checkLowHigh(v, r); }
+};
+
+template <>
+struct json::Fields<DisneyGuide::Tickets> {
+    using T = DisneyGuide::Tickets;
+    static constexpr auto list =
+        std::tuple{json::field("adult", &T::adult), json::field("child", &T::child),
+                   json::field("hopper", &T::hopper)};
+};
+
+template <>
+struct json::Fields<DisneyGuide::ParkPrice> {
+    using T = DisneyGuide::ParkPrice;
+    static constexpr auto list =
+        std::tuple{json::field("park", &T::park), json::field("low", &T::low, json::amount),
+                   json::field("high", &T::high, json::amount)};
+    static void check(const json::Value& v, T& p) { checkLowHigh(v, p); }
+};
+
+template <>
+struct json::Fields<DisneyGuide::LightningLane> {
+    using T = DisneyGuide::LightningLane;
+    static constexpr auto list = std::tuple{
+        json::field("taxRate", &T::taxRate, json::amount), json::field("multiPass", &T::multiPass),
+        json::field("singlePass", &T::singlePass), json::field("premierPass", &T::premierPass)};
+};
+
+template <>
+struct json::Fields<DisneyGuide::Mears> {
+    using T = DisneyGuide::Mears;
+    static constexpr auto list = std::tuple{json::field("adult", &T::adult, json::amount),
+                                            json::field("child", &T::child, json::amount)};
+};
+
+template <>
+struct json::Fields<DisneyGuide::MearsExpress> {
+    using T = DisneyGuide::MearsExpress;
+    static constexpr auto list =
+        std::tuple{json::field("roundTripUpTo4", &T::roundTripUpTo4, json::amount),
+                   json::field("perExtraPerson", &T::perExtraPerson, json::amount)};
+};
+
+template <>
+struct json::Fields<DisneyGuide::Transport> {
+    using T = DisneyGuide::Transport;
+    static constexpr auto list = std::tuple{json::field("mearsStandard", &T::mearsStandard),
+                                            json::field("mearsExpress", &T::mearsExpress),
+                                            json::field("rideshare", &T::rideshare),
+                                            json::field("rideshareXL", &T::rideshareXL),
+                                            json::field("carService", &T::carService),
+                                            json::field("rentalPerDay", &T::rentalPerDay)};
+};
+
+template <>
+struct json::Fields<DisneyGuide> {
+    using T = DisneyGuide;
+    static constexpr auto list = std::tuple{
+        json::field("asOf", &T::asOf),          json::field("coverage", &T::coverage),
+        json::field("sources", &T::sources),    json::field("baseResort", &T::baseResort),
+        json::field("calendar", &T::calendar),  json::field("resorts", &T::resorts),
+        json::field("tickets", &T::tickets),    json::field("lightningLane", &T::lightningLane),
+        json::field("transport", &T::transport)};
+    // Every other resort is priced against the base resort's rates, and every
+    // adult ticket needs its child ticket: a guide without them cannot price.
+    static void check(const json::Value& v, T& g) {
+        const ParkResort* base = g.resortNamed(g.baseResort);
+        if (!base) v.field("baseResort").fail("no resort named " + g.baseResort);
+        if (g.tickets.child.size() < g.tickets.adult.size()) {
+            v.field("tickets").field("child").fail("expected a row for every adult row");
+        }
+    }
+};
+
+void decode(const json::Value& v, DisneyGuide::Coverage& out) {
+    json::decodeFields(v, out);
+}
+void decode(const json::Value& v, DisneyGuide::Season& out) {
+    json::decodeFields(v, out);
+}
 void decode(const json::Value& v, DisneyGuide::TicketRow& out) {
-    out.days = v.get<int>("days");
-    if (out.days < 1) v.field("days").fail("expected 1 or more");
-    readLowHigh(v, out);
+    json::decodeFields(v, out);
 }
-
 void decode(const json::Value& v, DisneyGuide::HopperRow& out) {
-    out.fromDays = v.get<int>("fromDays");
-    if (out.fromDays < 0) v.field("fromDays").fail("expected a count of 0 or more");
-    readLowHigh(v, out);
+    json::decodeFields(v, out);
 }
-
 void decode(const json::Value& v, DisneyGuide::Tickets& out) {
-    out.adult = v.get<std::vector<DisneyGuide::TicketRow>>("adult");
-    out.child = v.get<std::vector<DisneyGuide::TicketRow>>("child");
-    out.hopper = v.get<std::vector<DisneyGuide::HopperRow>>("hopper");
+    json::decodeFields(v, out);
 }
-
 void decode(const json::Value& v, DisneyGuide::ParkPrice& out) {
-    out.park = v.get<std::string>("park");
-    readLowHigh(v, out);
+    json::decodeFields(v, out);
 }
-
 void decode(const json::Value& v, DisneyGuide::LightningLane& out) {
-    out.taxRate = readAmount(v, "taxRate");
-    out.multiPass = v.get<DisneyGuide::Span>("multiPass");
-    out.singlePass = v.get<std::vector<DisneyGuide::ParkPrice>>("singlePass");
-    out.premierPass = v.get<std::vector<DisneyGuide::ParkPrice>>("premierPass");
+    json::decodeFields(v, out);
 }
-
 void decode(const json::Value& v, DisneyGuide::Mears& out) {
-    out.adult = readAmount(v, "adult");
-    out.child = readAmount(v, "child");
+    json::decodeFields(v, out);
 }
-
 void decode(const json::Value& v, DisneyGuide::MearsExpress& out) {
-    out.roundTripUpTo4 = readAmount(v, "roundTripUpTo4");
-    out.perExtraPerson = readAmount(v, "perExtraPerson");
+    json::decodeFields(v, out);
 }
-
 void decode(const json::Value& v, DisneyGuide::Transport& out) {
-    out.mearsStandard = v.get<DisneyGuide::Mears>("mearsStandard");
-    out.mearsExpress = v.get<DisneyGuide::MearsExpress>("mearsExpress");
-    out.rideshare = v.get<DisneyGuide::Span>("rideshare");
-    out.rideshareXL = v.get<DisneyGuide::Span>("rideshareXL");
-    out.carService = v.get<DisneyGuide::Span>("carService");
-    out.rentalPerDay = v.get<DisneyGuide::Span>("rentalPerDay");
+    json::decodeFields(v, out);
 }
 
 void decode(const json::Value& v, DisneyGuide& out) {
-    out.asOf = v.get<std::string>("asOf");
-    out.coverage = v.get<DisneyGuide::Coverage>("coverage");
-    out.sources = v.get<std::vector<DisneyGuide::Source>>("sources");
-    out.baseResort = v.get<std::string>("baseResort");
-    out.calendar = v.get<std::vector<DisneyGuide::Season>>("calendar");
-    out.resorts = v.get<std::vector<ParkResort>>("resorts");
-    out.tickets = v.get<DisneyGuide::Tickets>("tickets");
-    out.lightningLane = v.get<DisneyGuide::LightningLane>("lightningLane");
-    out.transport = v.get<DisneyGuide::Transport>("transport");
+    // The derived state is rebuilt from the new fields.
     out.busyEvents.clear();
     out.m_days.drop();
-
-    // Every other resort is priced against the base resort's rates, and every
-    // adult ticket needs its child ticket: a guide without them cannot price.
-    const ParkResort* base = out.resortNamed(out.baseResort);
-    if (!base) v.field("baseResort").fail("no resort named " + out.baseResort);
-    if (out.tickets.child.size() < out.tickets.adult.size()) {
-        v.field("tickets").field("child").fail("expected a row for every adult row");
-    }
+    json::decodeFields(v, out);
 }
 
 json::Json encode(const DisneyGuide::Coverage& c) {
-    json::Json out = json::Json::object();
-    out["from"] = encode(c.from);
-    out["hotelsPublishedThrough"] = encode(c.hotelsPublishedThrough);
-    out["ticketsPublishedThrough"] = encode(c.ticketsPublishedThrough);
-    return out;
+    return json::encodeFields(c);
 }
-
 json::Json encode(const DisneyGuide::Season& s) {
-    json::Json out = json::Json::object();
-    out["from"] = encode(s.from);
-    out["to"] = encode(s.to);
-    out["season"] = s.season;
-    out["seasonEs"] = s.seasonEs;
-    out["rates"] = json::array(s.rates);
-    out["estimated"] = s.estimated;
-    return out;
+    return json::encodeFields(s);
 }
-
 json::Json encode(const DisneyGuide::TicketRow& r) {
-    json::Json out = json::Json::object();
-    out["days"] = r.days;
-    out["low"] = json::number(r.low);
-    out["high"] = json::number(r.high);
-    return out;
+    return json::encodeFields(r);
 }
-
 json::Json encode(const DisneyGuide::HopperRow& r) {
-    json::Json out = json::Json::object();
-    out["fromDays"] = r.fromDays;
-    out["low"] = json::number(r.low);
-    out["high"] = json::number(r.high);
-    return out;
+    return json::encodeFields(r);
 }
-
 json::Json encode(const DisneyGuide::Tickets& t) {
-    json::Json out = json::Json::object();
-    out["adult"] = json::array(t.adult);
-    out["child"] = json::array(t.child);
-    out["hopper"] = json::array(t.hopper);
-    return out;
+    return json::encodeFields(t);
 }
-
 json::Json encode(const DisneyGuide::ParkPrice& p) {
-    json::Json out = json::Json::object();
-    out["park"] = p.park;
-    out["low"] = json::number(p.low);
-    out["high"] = json::number(p.high);
-    return out;
+    return json::encodeFields(p);
 }
-
 json::Json encode(const DisneyGuide::LightningLane& l) {
-    json::Json out = json::Json::object();
-    out["taxRate"] = json::number(l.taxRate);
-    out["multiPass"] = encode(l.multiPass);
-    out["singlePass"] = json::array(l.singlePass);
-    out["premierPass"] = json::array(l.premierPass);
-    return out;
+    return json::encodeFields(l);
 }
-
 json::Json encode(const DisneyGuide::Mears& m) {
-    json::Json out = json::Json::object();
-    out["adult"] = json::number(m.adult);
-    out["child"] = json::number(m.child);
-    return out;
+    return json::encodeFields(m);
 }
-
 json::Json encode(const DisneyGuide::MearsExpress& m) {
-    json::Json out = json::Json::object();
-    out["roundTripUpTo4"] = json::number(m.roundTripUpTo4);
-    out["perExtraPerson"] = json::number(m.perExtraPerson);
-    return out;
+    return json::encodeFields(m);
 }
-
 json::Json encode(const DisneyGuide::Transport& t) {
-    json::Json out = json::Json::object();
-    out["mearsStandard"] = encode(t.mearsStandard);
-    out["mearsExpress"] = encode(t.mearsExpress);
-    out["rideshare"] = encode(t.rideshare);
-    out["rideshareXL"] = encode(t.rideshareXL);
-    out["carService"] = encode(t.carService);
-    out["rentalPerDay"] = encode(t.rentalPerDay);
-    return out;
+    return json::encodeFields(t);
 }
-
 json::Json encode(const DisneyGuide& g) {
-    json::Json out = json::Json::object();
-    out["asOf"] = g.asOf;
-    out["coverage"] = encode(g.coverage);
-    out["sources"] = json::array(g.sources);
-    out["baseResort"] = g.baseResort;
-    out["calendar"] = json::array(g.calendar);
-    out["resorts"] = json::array(g.resorts);
-    out["tickets"] = encode(g.tickets);
-    out["lightningLane"] = encode(g.lightningLane);
-    out["transport"] = encode(g.transport);
-    return out;
+    return json::encodeFields(g);
 }
 
 }  // namespace tripkit
