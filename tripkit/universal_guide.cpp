@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "tripkit/json_fields.h"
 #include "tripkit/resources.h"
 
 namespace tripkit {
@@ -164,155 +165,158 @@ std::optional<ParkGuide::HotelStay> UniversalGuide::hotelStay(const ParkResort& 
 
 // --- decoding and encoding ---
 
-void decode(const json::Value& v, UniversalGuide::Coverage& out) {
-    out.from = v.get<Day>("from");
-    out.to = v.get<Day>("to");
-    if (out.to < out.from) v.field("to").fail("is before from");
-}
-
-void decode(const json::Value& v, UniversalGuide::Taxes& out) {
-    out.tickets = readAmount(v, "tickets");
-    out.hotel = readAmount(v, "hotel");
-}
-
-void decode(const json::Value& v, UniversalGuide::Hotel& out) {
-    out.id = v.get<std::string>("id");
-    out.name = v.get<std::string>("name");
-    out.tier = v.get<Tier>("tier");
-    out.from = readPositiveAmount(v, "from");
-    out.room = v.get<std::string>("room");
-    out.roomEs = v.get<std::string>("roomEs");
-    out.getAround = v.get<std::string>("getAround");
-    out.getAroundEs = v.get<std::string>("getAroundEs");
-    out.benefits = v.get<std::vector<std::string>>("benefits");
-}
-
-void decode(const json::Value& v, UniversalGuide::ParkPrice& out) {
-    out.park = v.get<std::string>("park");
-    out.price = readAmount(v, "price");
-}
-
-void decode(const json::Value& v, UniversalGuide::Published& out) {
-    out.published = readAmount(v, "published");
-}
-
-void decode(const json::Value& v, UniversalGuide::Tickets& out) {
-    out.oneDay = v.get<std::vector<UniversalGuide::ParkPrice>>("oneDay");
-    out.threeDayOneParkEach = v.get<UniversalGuide::Published>("threeDayOneParkEach");
-    out.threeDayParkToPark = v.get<UniversalGuide::Published>("threeDayParkToPark");
-    // The park-to-park add-on is the difference of the two.
-    if (out.threeDayParkToPark.published < out.threeDayOneParkEach.published) {
-        v.field("threeDayParkToPark").fail("costs less than threeDayOneParkEach");
+template <>
+struct json::Fields<UniversalGuide::Coverage> {
+    using T = UniversalGuide::Coverage;
+    static constexpr auto list =
+        std::tuple{json::field("from", &T::from), json::field("to", &T::to)};
+    static void check(const json::Value& v, T& c) {
+        if (c.to < c.from) v.field("to").fail("is before from");
     }
-}
+};
 
+template <>
+struct json::Fields<UniversalGuide::Taxes> {
+    using T = UniversalGuide::Taxes;
+    static constexpr auto list = std::tuple{json::field("tickets", &T::tickets, json::amount),
+                                            json::field("hotel", &T::hotel, json::amount)};
+};
+
+template <>
+struct json::Fields<UniversalGuide::Hotel> {
+    using T = UniversalGuide::Hotel;
+    static constexpr auto list = std::tuple{json::field("id", &T::id),
+                                            json::field("name", &T::name),
+                                            json::field("tier", &T::tier),
+                                            json::field("from", &T::from, json::price),
+                                            json::field("room", &T::room),
+                                            json::field("roomEs", &T::roomEs),
+                                            json::field("getAround", &T::getAround),
+                                            json::field("getAroundEs", &T::getAroundEs),
+                                            json::field("benefits", &T::benefits)};
+};
+
+template <>
+struct json::Fields<UniversalGuide::ParkPrice> {
+    using T = UniversalGuide::ParkPrice;
+    static constexpr auto list =
+        std::tuple{json::field("park", &T::park), json::field("price", &T::price, json::amount)};
+};
+
+template <>
+struct json::Fields<UniversalGuide::Published> {
+    using T = UniversalGuide::Published;
+    static constexpr auto list = std::tuple{json::field("published", &T::published, json::amount)};
+};
+
+template <>
+struct json::Fields<UniversalGuide::Tickets> {
+    using T = UniversalGuide::Tickets;
+    static constexpr auto list =
+        std::tuple{json::field("oneDay", &T::oneDay),
+                   json::field("threeDayOneParkEach", &T::threeDayOneParkEach),
+                   json::field("threeDayParkToPark", &T::threeDayParkToPark)};
+    // The park-to-park add-on is the difference of the two.
+    static void check(const json::Value& v, T& t) {
+        if (t.threeDayParkToPark.published < t.threeDayOneParkEach.published) {
+            v.field("threeDayParkToPark").fail("costs less than threeDayOneParkEach");
+        }
+    }
+};
+
+template <>
+struct json::Fields<UniversalGuide::Shuttle> {
+    using T = UniversalGuide::Shuttle;
+    static constexpr auto list =
+        std::tuple{json::field("name", &T::name), json::field("phone", &T::phone),
+                   json::field("published", &T::published)};
+};
+
+template <>
+struct json::Fields<UniversalGuide::Transport> {
+    using T = UniversalGuide::Transport;
+    static constexpr auto list = std::tuple{
+        json::field("shuttle", &T::shuttle), json::field("rideshare", &T::rideshare),
+        json::field("rideshareXL", &T::rideshareXL), json::field("carService", &T::carService),
+        json::field("rentalPerDay", &T::rentalPerDay)};
+};
+
+template <>
+struct json::Fields<UniversalGuide> {
+    using T = UniversalGuide;
+    static constexpr auto list =
+        std::tuple{json::field("asOf", &T::asOf),
+                   json::field("coverage", &T::coverage),
+                   json::field("sources", &T::sources),
+                   json::field("taxes", &T::taxes),
+                   json::field("hotels", &T::hotels),
+                   json::field("tickets", &T::tickets),
+                   json::field("express", &T::express),
+                   json::rule([](const json::Value& v, T& g) {
+                       v.field("express").forEach([&](const json::Value& id) {
+                           if (!g.hotelWithId(id.stringView()))
+                               id.fail("no hotel with id " + id.string());
+                       });
+                   }),
+                   json::field("transport", &T::transport)};
+};
+
+void decode(const json::Value& v, UniversalGuide::Coverage& out) {
+    json::decodeFields(v, out);
+}
+void decode(const json::Value& v, UniversalGuide::Taxes& out) {
+    json::decodeFields(v, out);
+}
+void decode(const json::Value& v, UniversalGuide::Hotel& out) {
+    json::decodeFields(v, out);
+}
+void decode(const json::Value& v, UniversalGuide::ParkPrice& out) {
+    json::decodeFields(v, out);
+}
+void decode(const json::Value& v, UniversalGuide::Published& out) {
+    json::decodeFields(v, out);
+}
+void decode(const json::Value& v, UniversalGuide::Tickets& out) {
+    json::decodeFields(v, out);
+}
 void decode(const json::Value& v, UniversalGuide::Shuttle& out) {
-    out.name = v.get<std::string>("name");
-    out.phone = v.get<std::string>("phone");
-    out.published = v.get<bool>("published");
+    json::decodeFields(v, out);
 }
-
 void decode(const json::Value& v, UniversalGuide::Transport& out) {
-    out.shuttle = v.get<UniversalGuide::Shuttle>("shuttle");
-    out.rideshare = v.get<UniversalGuide::Span>("rideshare");
-    out.rideshareXL = v.get<UniversalGuide::Span>("rideshareXL");
-    out.carService = v.get<UniversalGuide::Span>("carService");
-    out.rentalPerDay = v.get<UniversalGuide::Span>("rentalPerDay");
+    json::decodeFields(v, out);
 }
 
 void decode(const json::Value& v, UniversalGuide& out) {
-    out.asOf = v.get<std::string>("asOf");
-    out.coverage = v.get<UniversalGuide::Coverage>("coverage");
-    out.sources = v.get<std::vector<UniversalGuide::Source>>("sources");
-    out.taxes = v.get<UniversalGuide::Taxes>("taxes");
-    out.hotels = v.get<std::vector<UniversalGuide::Hotel>>("hotels");
-    out.tickets = v.get<UniversalGuide::Tickets>("tickets");
-    out.express = v.get<std::vector<std::string>>("express");
-    v.field("express").forEach([&](const json::Value& id) {
-        if (!out.hotelWithId(id.stringView())) id.fail("no hotel with id " + id.string());
-    });
-    out.transport = v.get<UniversalGuide::Transport>("transport");
-    out.m_days.drop();
+    out.m_days.drop();  // rebuilt from the new fields
+    json::decodeFields(v, out);
 }
 
 json::Json encode(const UniversalGuide::Coverage& c) {
-    json::Json out = json::Json::object();
-    out["from"] = encode(c.from);
-    out["to"] = encode(c.to);
-    return out;
+    return json::encodeFields(c);
 }
-
 json::Json encode(const UniversalGuide::Taxes& t) {
-    json::Json out = json::Json::object();
-    out["tickets"] = json::number(t.tickets);
-    out["hotel"] = json::number(t.hotel);
-    return out;
+    return json::encodeFields(t);
 }
-
 json::Json encode(const UniversalGuide::Hotel& h) {
-    json::Json out = json::Json::object();
-    out["id"] = h.id;
-    out["name"] = h.name;
-    out["tier"] = encode(h.tier);
-    out["from"] = json::number(h.from);
-    out["room"] = h.room;
-    out["roomEs"] = h.roomEs;
-    out["getAround"] = h.getAround;
-    out["getAroundEs"] = h.getAroundEs;
-    out["benefits"] = json::array(h.benefits);
-    return out;
+    return json::encodeFields(h);
 }
-
 json::Json encode(const UniversalGuide::ParkPrice& p) {
-    json::Json out = json::Json::object();
-    out["park"] = p.park;
-    out["price"] = json::number(p.price);
-    return out;
+    return json::encodeFields(p);
 }
-
 json::Json encode(const UniversalGuide::Published& p) {
-    json::Json out = json::Json::object();
-    out["published"] = json::number(p.published);
-    return out;
+    return json::encodeFields(p);
 }
-
 json::Json encode(const UniversalGuide::Tickets& t) {
-    json::Json out = json::Json::object();
-    out["oneDay"] = json::array(t.oneDay);
-    out["threeDayOneParkEach"] = encode(t.threeDayOneParkEach);
-    out["threeDayParkToPark"] = encode(t.threeDayParkToPark);
-    return out;
+    return json::encodeFields(t);
 }
-
 json::Json encode(const UniversalGuide::Shuttle& s) {
-    json::Json out = json::Json::object();
-    out["name"] = s.name;
-    out["phone"] = s.phone;
-    out["published"] = s.published;
-    return out;
+    return json::encodeFields(s);
 }
-
 json::Json encode(const UniversalGuide::Transport& t) {
-    json::Json out = json::Json::object();
-    out["shuttle"] = encode(t.shuttle);
-    out["rideshare"] = encode(t.rideshare);
-    out["rideshareXL"] = encode(t.rideshareXL);
-    out["carService"] = encode(t.carService);
-    out["rentalPerDay"] = encode(t.rentalPerDay);
-    return out;
+    return json::encodeFields(t);
 }
-
 json::Json encode(const UniversalGuide& g) {
-    json::Json out = json::Json::object();
-    out["asOf"] = g.asOf;
-    out["coverage"] = encode(g.coverage);
-    out["sources"] = json::array(g.sources);
-    out["taxes"] = encode(g.taxes);
-    out["hotels"] = json::array(g.hotels);
-    out["tickets"] = encode(g.tickets);
-    out["express"] = json::array(g.express);
-    out["transport"] = encode(g.transport);
-    return out;
+    return json::encodeFields(g);
 }
 
 }  // namespace tripkit
