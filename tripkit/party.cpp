@@ -5,6 +5,8 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "tripkit/json_fields.h"
+
 namespace tripkit {
 
 int checkedSum(int a, int b) {
@@ -156,47 +158,67 @@ double FoodBudget::total(const Party& party, int nights) const {
     return std::round((perAdult * party.adultPriced() + perChild * party.childPriced()) * days);
 }
 
-namespace {
-
-int readCount(const json::Value& v, std::string_view key) {
-    const json::Value field = v.field(key);
-    const int n = field.as<int>();
-    if (n < 0) field.fail("expected a count of 0 or more");
-    return n;
-}
-
-std::set<int> intSet(const json::Value& v, std::string_view key, int lowest, int highest) {
-    std::set<int> out;
-    v.field(key).forEach([&](const json::Value& e) {
-        const int n = e.as<int>();
-        if (n < lowest || n > highest) {
-            e.fail("expected " + std::to_string(lowest) + " to " + std::to_string(highest));
+template <>
+struct json::Fields<Party> {
+    static constexpr auto list = std::tuple{
+        json::field("adults", &Party::adults, json::AtLeast{0, "expected a count of 0 or more"}),
+        json::field("childAges", &Party::childAges,
+                    json::each(json::AtLeast{0, "expected an age of 0 or more"}))};
+    // Every count of the party is a sum of these; none may wrap.
+    static void check(const json::Value& v, Party& p) {
+        if (p.childAges.size() > static_cast<std::size_t>(INT_MAX - p.adults)) {
+            v.field("childAges").fail("too many travellers to count");
         }
-        out.insert(n);
-    });
-    return out;
-}
+    }
+};
 
-json::Json intArray(const std::set<int>& values) {
-    json::Json out = json::Json::array();
-    for (int n : values) out.push_back(n);
-    return out;
-}
+template <>
+struct json::Fields<ParkResort> {
+    using T = ParkResort;
+    static constexpr auto list = std::tuple{json::field("id", &T::id),
+                                            json::field("name", &T::name),
+                                            json::field("tier", &T::tier),
+                                            json::field("room", &T::room),
+                                            json::field("roomEs", &T::roomEs),
+                                            json::field("low", &T::low, json::price),
+                                            json::field("high", &T::high, json::price),
+                                            json::rule([](const json::Value& v, T& r) {
+                                                if (r.high < r.low) v.fail("low is above high");
+                                            }),
+                                            json::field("getAround", &T::getAround),
+                                            json::field("getAroundEs", &T::getAroundEs),
+                                            json::field("parking", &T::parking, json::amount),
+                                            json::field("benefits", &T::benefits)};
+};
 
-}  // namespace
+template <>
+struct json::Fields<DateWindow> {
+    using T = DateWindow;
+    static constexpr auto list = std::tuple{
+        json::field("earliest", &T::earliest),
+        json::field("latest", &T::latest),
+        json::field("months", &T::months, json::each(json::Between{1, 12, "expected 1 to 12"})),
+        json::field("checkInWeekdays", &T::checkInWeekdays,
+                    json::each(json::Between{1, 7, "expected 1 to 7"})),
+        json::field("only", &T::only),
+        json::field("avoid", &T::avoid),
+        json::field("avoidHolidays", &T::avoidHolidays)};
+    static void check(const json::Value& v, T& w) {
+        if (w.earliest && w.latest && *w.latest < *w.earliest) {
+            v.field("latest").fail("is before earliest");
+        }
+    }
+};
+
+template <>
+struct json::Fields<FoodBudget> {
+    static constexpr auto list =
+        std::tuple{json::field("perAdult", &FoodBudget::perAdult, json::amount),
+                   json::field("perChild", &FoodBudget::perChild, json::amount)};
+};
 
 void decode(const json::Value& v, Party& out) {
-    out.adults = readCount(v, "adults");
-    out.childAges.clear();
-    v.field("childAges").forEach([&](const json::Value& e) {
-        const int age = e.as<int>();
-        if (age < 0) e.fail("expected an age of 0 or more");
-        out.childAges.push_back(age);
-    });
-    // Every count of the party is a sum of these; none may wrap.
-    if (out.childAges.size() > static_cast<std::size_t>(INT_MAX - out.adults)) {
-        v.field("childAges").fail("too many travellers to count");
-    }
+    json::decodeFields(v, out);
 }
 
 void decode(const json::Value& v, Tier& out) {
@@ -206,18 +228,7 @@ void decode(const json::Value& v, Tier& out) {
 }
 
 void decode(const json::Value& v, ParkResort& out) {
-    out.id = v.get<std::string>("id");
-    out.name = v.get<std::string>("name");
-    out.tier = v.get<Tier>("tier");
-    out.room = v.get<std::string>("room");
-    out.roomEs = v.get<std::string>("roomEs");
-    out.low = readPositiveAmount(v, "low");
-    out.high = readPositiveAmount(v, "high");
-    if (out.high < out.low) v.fail("low is above high");
-    out.getAround = v.get<std::string>("getAround");
-    out.getAroundEs = v.get<std::string>("getAroundEs");
-    out.parking = readAmount(v, "parking");
-    out.benefits = v.get<std::vector<std::string>>("benefits");
+    json::decodeFields(v, out);
 }
 
 void decode(const json::Value& v, ResortChoice& out) {
@@ -235,46 +246,21 @@ void decode(const json::Value& v, ResortChoice& out) {
 }
 
 void decode(const json::Value& v, DateWindow& out) {
-    out.earliest = v.getOptional<Day>("earliest");
-    out.latest = v.getOptional<Day>("latest");
-    out.months = intSet(v, "months", 1, 12);
-    out.checkInWeekdays = intSet(v, "checkInWeekdays", 1, 7);
-    out.only = v.get<std::vector<DayRange>>("only");
-    out.avoid = v.get<std::vector<DayRange>>("avoid");
-    out.avoidHolidays = v.get<bool>("avoidHolidays");
-    if (out.earliest && out.latest && *out.latest < *out.earliest) {
-        v.field("latest").fail("is before earliest");
-    }
+    json::decodeFields(v, out);
 }
 
 void decode(const json::Value& v, FoodBudget& out) {
-    out.perAdult = readAmount(v, "perAdult");
-    out.perChild = readAmount(v, "perChild");
+    json::decodeFields(v, out);
 }
 
 json::Json encode(const Party& p) {
-    json::Json out = json::Json::object();
-    out["adults"] = p.adults;
-    out["childAges"] = json::array(p.childAges);
-    return out;
+    return json::encodeFields(p);
 }
 
 json::Json encode(Tier t) { return std::string(caseName(t)); }
 
 json::Json encode(const ParkResort& r) {
-    json::Json out = json::Json::object();
-    out["id"] = r.id;
-    out["name"] = r.name;
-    out["tier"] = encode(r.tier);
-    out["room"] = r.room;
-    out["roomEs"] = r.roomEs;
-    out["low"] = json::number(r.low);
-    out["high"] = json::number(r.high);
-    out["getAround"] = r.getAround;
-    out["getAroundEs"] = r.getAroundEs;
-    out["parking"] = json::number(r.parking);
-    out["benefits"] = json::array(r.benefits);
-    return out;
+    return json::encodeFields(r);
 }
 
 json::Json encode(const ResortChoice& c) {
@@ -294,22 +280,11 @@ json::Json encode(const ResortChoice& c) {
 }
 
 json::Json encode(const DateWindow& w) {
-    json::Json out = json::Json::object();
-    json::putOptional(out, "earliest", w.earliest);
-    json::putOptional(out, "latest", w.latest);
-    out["months"] = intArray(w.months);
-    out["checkInWeekdays"] = intArray(w.checkInWeekdays);
-    out["only"] = json::array(w.only);
-    out["avoid"] = json::array(w.avoid);
-    out["avoidHolidays"] = w.avoidHolidays;
-    return out;
+    return json::encodeFields(w);
 }
 
 json::Json encode(const FoodBudget& f) {
-    json::Json out = json::Json::object();
-    out["perAdult"] = json::number(f.perAdult);
-    out["perChild"] = json::number(f.perChild);
-    return out;
+    return json::encodeFields(f);
 }
 
 }  // namespace tripkit
