@@ -5,6 +5,7 @@
 
 #include <fmt/format.h>
 
+#include "tripkit/json_fields.h"
 #include "tripkit/resources.h"
 #include "tripkit/text_search.h"
 
@@ -47,109 +48,127 @@ std::string_view caseName(WearDay::Source source) {
     return source == WearDay::Source::forecast ? "forecast" : "typical";
 }
 
-void decode(const json::Value& v, WearDay& out) {
-    out.day = v.get<Day>("day");
-    out.high = v.get<double>("high");
-    out.low = v.get<double>("low");
-    out.rain = v.get<double>("rain");
-    out.snow = v.get<double>("snow");
-    out.humidity = v.get<double>("humidity");
-    out.wind = v.get<double>("wind");
-    out.uv = v.get<double>("uv");
-    out.hotDay = v.get<double>("hotDay");
-    out.coldNight = v.get<double>("coldNight");
-    const json::Value source = v.field("source");
-    const std::string name = source.string();
+template <>
+struct json::Fields<WearDay> {
+    using T = WearDay;
+    static constexpr auto list =
+        std::tuple{json::field("day", &T::day),       json::field("high", &T::high),
+                   json::field("low", &T::low),       json::field("rain", &T::rain),
+                   json::field("snow", &T::snow),     json::field("humidity", &T::humidity),
+                   json::field("wind", &T::wind),     json::field("uv", &T::uv),
+                   json::field("hotDay", &T::hotDay), json::field("coldNight", &T::coldNight),
+                   json::field("source", &T::source)};
+};
+
+template <>
+struct json::Fields<WearMonth> {
+    using T = WearMonth;
+    static constexpr auto list = std::tuple{json::field("high", &T::high),
+                                            json::field("low", &T::low),
+                                            json::field("hotDay", &T::hotDay),
+                                            json::field("coldNight", &T::coldNight),
+                                            json::field("rain", &T::rain),
+                                            json::field("snow", &T::snow),
+                                            json::field("humidity", &T::humidity),
+                                            json::field("wind", &T::wind),
+                                            json::field("uv", &T::uv)};
+};
+
+template <>
+struct json::Fields<WearPlace> {
+    using T = WearPlace;
+    static constexpr auto list =
+        std::tuple{json::field("name", &T::name),
+                   json::field("region", &T::region),
+                   json::field("country", &T::country),
+                   json::field("alias", &T::alias),
+                   json::field("elevation", &T::elevation),
+                   json::field("lat", &T::lat),
+                   json::field("lon", &T::lon),
+                   json::field("timeZone", &T::timeZone),
+                   json::field("months", &T::months,
+                               [](const json::Value& v, const std::vector<WearMonth>& months) {
+                                   if (months.size() != 12) v.fail("expected twelve months");
+                               })};
+};
+
+template <>
+struct json::Fields<WearClimate::File::Source> {
+    using T = WearClimate::File::Source;
+    static constexpr auto list =
+        std::tuple{json::field("name", &T::name), json::field("url", &T::url),
+                   json::field("credit", &T::credit)};
+};
+
+template <>
+struct json::Fields<WearClimate::File> {
+    using T = WearClimate::File;
+    static constexpr auto list =
+        std::tuple{json::field("asOf", &T::asOf), json::field("period", &T::period),
+                   json::field("source", &T::source), json::field("places", &T::places)};
+};
+
+template <>
+struct json::Fields<WearClimate::Daily::Geometry> {
+    using T = WearClimate::Daily::Geometry;
+    static constexpr auto list = std::tuple{json::field(
+        "coordinates", &T::coordinates, [](const json::Value& v, const std::vector<double>& c) {
+            if (c.size() < 2) v.fail("expected longitude and latitude");
+        })};
+};
+
+template <>
+struct json::Fields<WearClimate::Daily> {
+    using T = WearClimate::Daily;
+    static constexpr auto list = std::tuple{json::field("geometry", &T::geometry),
+                                            json::field("properties", &T::properties)};
+};
+
+void decode(const json::Value& v, WearDay::Source& out) {
+    const std::string name = v.string();
     if (name == "typical") {
-        out.source = WearDay::Source::typical;
+        out = WearDay::Source::typical;
     } else if (name == "forecast") {
-        out.source = WearDay::Source::forecast;
+        out = WearDay::Source::forecast;
     } else {
-        source.fail("expected \"typical\" or \"forecast\"");
+        v.fail("expected \"typical\" or \"forecast\"");
     }
 }
 
+json::Json encode(WearDay::Source source) {
+    return std::string(caseName(source));
+}
+
+void decode(const json::Value& v, WearDay& out) {
+    json::decodeFields(v, out);
+}
+
 json::Json encode(const WearDay& d) {
-    json::Json out = json::Json::object();
-    out["day"] = encode(d.day);
-    out["high"] = json::number(d.high);
-    out["low"] = json::number(d.low);
-    out["rain"] = json::number(d.rain);
-    out["snow"] = json::number(d.snow);
-    out["humidity"] = json::number(d.humidity);
-    out["wind"] = json::number(d.wind);
-    out["uv"] = json::number(d.uv);
-    out["hotDay"] = json::number(d.hotDay);
-    out["coldNight"] = json::number(d.coldNight);
-    out["source"] = std::string(caseName(d.source));
-    return out;
+    return json::encodeFields(d);
 }
 
 void decode(const json::Value& v, WearMonth& out) {
-    out.high = v.get<double>("high");
-    out.low = v.get<double>("low");
-    out.hotDay = v.get<double>("hotDay");
-    out.coldNight = v.get<double>("coldNight");
-    out.rain = v.get<double>("rain");
-    out.snow = v.get<double>("snow");
-    out.humidity = v.get<double>("humidity");
-    out.wind = v.get<double>("wind");
-    out.uv = v.get<double>("uv");
+    json::decodeFields(v, out);
 }
 
 json::Json encode(const WearMonth& m) {
-    json::Json out = json::Json::object();
-    out["high"] = json::number(m.high);
-    out["low"] = json::number(m.low);
-    out["hotDay"] = json::number(m.hotDay);
-    out["coldNight"] = json::number(m.coldNight);
-    out["rain"] = json::number(m.rain);
-    out["snow"] = json::number(m.snow);
-    out["humidity"] = json::number(m.humidity);
-    out["wind"] = json::number(m.wind);
-    out["uv"] = json::number(m.uv);
-    return out;
+    return json::encodeFields(m);
 }
 
 void decode(const json::Value& v, WearPlace& out) {
-    out.name = v.get<std::string>("name");
-    out.region = v.get<std::string>("region");
-    out.country = v.get<std::string>("country");
-    out.alias = v.getOptional<std::string>("alias");
-    out.elevation = v.get<double>("elevation");
-    out.lat = v.get<double>("lat");
-    out.lon = v.get<double>("lon");
-    out.timeZone = v.get<std::string>("timeZone");
-    const json::Value months = v.field("months");
-    out.months = months.asVector<WearMonth>();
-    if (out.months.size() != 12) months.fail("expected twelve months");
+    json::decodeFields(v, out);
 }
 
 json::Json encode(const WearPlace& p) {
-    json::Json out = json::Json::object();
-    out["name"] = p.name;
-    out["region"] = p.region;
-    out["country"] = p.country;
-    json::putOptional(out, "alias", p.alias);
-    out["elevation"] = json::number(p.elevation);
-    out["lat"] = json::number(p.lat);
-    out["lon"] = json::number(p.lon);
-    out["timeZone"] = p.timeZone;
-    out["months"] = json::array(p.months);
-    return out;
+    return json::encodeFields(p);
 }
 
 void decode(const json::Value& v, WearClimate::File::Source& out) {
-    out.name = v.get<std::string>("name");
-    out.url = v.get<std::string>("url");
-    out.credit = v.get<std::string>("credit");
+    json::decodeFields(v, out);
 }
 
 void decode(const json::Value& v, WearClimate::File& out) {
-    out.asOf = v.get<std::string>("asOf");
-    out.period = v.get<std::string>("period");
-    out.source = v.get<WearClimate::File::Source>("source");
-    out.places = v.get<std::vector<WearPlace>>("places");
+    json::decodeFields(v, out);
 }
 
 const WearClimate::File& WearClimate::File::shipped() {
@@ -170,8 +189,7 @@ const WearPlace* WearClimate::File::find(std::string_view name, std::string_view
 }
 
 void decode(const json::Value& v, WearClimate::Daily::Geometry& out) {
-    out.coordinates = v.get<std::vector<double>>("coordinates");
-    if (out.coordinates.size() < 2) v.field("coordinates").fail("expected longitude and latitude");
+    json::decodeFields(v, out);
 }
 
 void decode(const json::Value& v, WearClimate::Daily::Props& out) {
@@ -186,8 +204,7 @@ void decode(const json::Value& v, WearClimate::Daily::Props& out) {
 }
 
 void decode(const json::Value& v, WearClimate::Daily& out) {
-    out.geometry = v.get<WearClimate::Daily::Geometry>("geometry");
-    out.properties = v.get<WearClimate::Daily::Props>("properties");
+    json::decodeFields(v, out);
 }
 
 void decode(const json::Value& v, WearClimate::UvClimatology& out) {

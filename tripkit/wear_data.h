@@ -43,6 +43,8 @@ struct WearDay {
 };
 
 std::string_view caseName(WearDay::Source source);  // "typical", "forecast"
+void decode(const json::Value& v, WearDay::Source& out);
+json::Json encode(WearDay::Source source);
 
 void decode(const json::Value& v, WearDay& out);
 json::Json encode(const WearDay& d);
