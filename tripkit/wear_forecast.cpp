@@ -7,6 +7,8 @@
 #include <date/tz.h>
 #include <fmt/format.h>
 
+#include "tripkit/json_fields.h"
+
 namespace tripkit {
 
 namespace {
@@ -82,10 +84,28 @@ void decode(const json::Value& v, WearForecast::Doc::StepData::Next& out) {
     out.airTemperatureMin = details->getOptional<double>("air_temperature_min");
 }
 
+template <>
+struct json::Fields<WearForecast::Doc::StepData> {
+    using T = WearForecast::Doc::StepData;
+    static constexpr auto list =
+        std::tuple{json::field("instant", &T::instant), json::field("next_1_hours", &T::next1Hours),
+                   json::field("next_6_hours", &T::next6Hours)};
+};
+
+template <>
+struct json::Fields<WearForecast::Doc::Props> {
+    static constexpr auto list =
+        std::tuple{json::field("timeseries", &WearForecast::Doc::Props::timeseries)};
+};
+
+template <>
+struct json::Fields<WearForecast::Doc> {
+    static constexpr auto list =
+        std::tuple{json::field("properties", &WearForecast::Doc::properties)};
+};
+
 void decode(const json::Value& v, WearForecast::Doc::StepData& out) {
-    out.instant = v.get<WearForecast::Doc::StepData::Instant>("instant");
-    out.next1Hours = v.getOptional<WearForecast::Doc::StepData::Next>("next_1_hours");
-    out.next6Hours = v.getOptional<WearForecast::Doc::StepData::Next>("next_6_hours");
+    json::decodeFields(v, out);
 }
 
 void decode(const json::Value& v, WearForecast::Doc::Step& out) {
@@ -98,11 +118,11 @@ void decode(const json::Value& v, WearForecast::Doc::Step& out) {
 }
 
 void decode(const json::Value& v, WearForecast::Doc::Props& out) {
-    out.timeseries = v.get<std::vector<WearForecast::Doc::Step>>("timeseries");
+    json::decodeFields(v, out);
 }
 
 void decode(const json::Value& v, WearForecast::Doc& out) {
-    out.properties = v.get<WearForecast::Doc::Props>("properties");
+    json::decodeFields(v, out);
 }
 
 std::string WearForecast::path(double lat, double lon) {
