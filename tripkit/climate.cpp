@@ -6,6 +6,7 @@
 #include <fmt/format.h>
 
 #include "tripkit/hashing.h"
+#include "tripkit/json_fields.h"
 #include "tripkit/resources.h"
 
 namespace tripkit {
@@ -52,39 +53,60 @@ double Climate::comfort(const MonthlyClimate& month, const Destination& place) {
     return comfort(month, usesBeachBand(place));
 }
 
+template <>
+struct json::Fields<MonthlyClimate> {
+    using T = MonthlyClimate;
+    static constexpr auto list =
+        std::tuple{json::field("month", &T::month), json::field("high", &T::high),
+                   json::field("low", &T::low), json::field("rain", &T::rain)};
+    static void check(const json::Value& v, T& m) {
+        if (m.month < 1 || m.month > 12) v.field("month").fail("a month is 1 to 12");
+        if (!(m.low < m.high)) v.fail("the low is not below the high");
+        if (m.rain < 0) v.field("rain").fail("rain below zero");
+    }
+};
+
+template <>
+struct json::Fields<Climate::Source> {
+    using T = Climate::Source;
+    static constexpr auto list = std::tuple{
+        json::field("name", &T::name), json::field("url", &T::url), json::field("note", &T::note)};
+};
+
+template <>
+struct json::Fields<Climate::Place> {
+    using T = Climate::Place;
+    static constexpr auto list = std::tuple{json::field("name", &T::name),
+                                            json::field("station", &T::station),
+                                            json::field("stationName", &T::stationName),
+                                            json::field("distanceKm", &T::distanceKm),
+                                            json::field("period", &T::period),
+                                            json::field("months", &T::months)};
+    static void check(const json::Value& v, T& p) {
+        const json::Value months = v.field("months");
+        if (p.months.size() != 12) months.fail("expected twelve months");
+        for (std::size_t i = 0; i < p.months.size(); ++i) {
+            if (p.months[i].month != static_cast<int>(i) + 1) {
+                months.fail("month " + std::to_string(p.months[i].month) + " out of order");
+            }
+        }
+        if (p.distanceKm < 0) v.field("distanceKm").fail("a distance below zero");
+    }
+};
+
 void decode(const json::Value& v, MonthlyClimate& out) {
-    out.month = v.get<int>("month");
-    out.high = v.get<double>("high");
-    out.low = v.get<double>("low");
-    out.rain = v.get<double>("rain");
-    if (out.month < 1 || out.month > 12) v.field("month").fail("a month is 1 to 12");
-    if (!(out.low < out.high)) v.fail("the low is not below the high");
-    if (out.rain < 0) v.field("rain").fail("rain below zero");
+    json::decodeFields(v, out);
 }
 
 void decode(const json::Value& v, Climate::Source& out) {
-    out.name = v.get<std::string>("name");
-    out.url = v.get<std::string>("url");
-    out.note = v.get<std::string>("note");
+    json::decodeFields(v, out);
 }
 
 void decode(const json::Value& v, Climate::Place& out) {
-    out.name = v.get<std::string>("name");
-    out.station = v.getOptional<std::string>("station");
-    out.stationName = v.get<std::string>("stationName");
-    out.distanceKm = v.get<double>("distanceKm");
-    out.period = v.getOptional<std::string>("period");
-    out.months = v.get<std::vector<MonthlyClimate>>("months");
-    const json::Value months = v.field("months");
-    if (out.months.size() != 12) months.fail("expected twelve months");
-    for (std::size_t i = 0; i < out.months.size(); ++i) {
-        if (out.months[i].month != static_cast<int>(i) + 1) {
-            months.fail("month " + std::to_string(out.months[i].month) + " out of order");
-        }
-    }
-    if (out.distanceKm < 0) v.field("distanceKm").fail("a distance below zero");
+    json::decodeFields(v, out);
 }
 
+// Hand-written: the places are an object keyed by airport code.
 void decode(const json::Value& v, Climate& out) {
     out = Climate{};
     out.asOf = v.get<std::string>("asOf");
@@ -96,12 +118,7 @@ void decode(const json::Value& v, Climate& out) {
 }
 
 json::Json encode(const MonthlyClimate& m) {
-    json::Json out = json::Json::object();
-    out["month"] = m.month;
-    out["high"] = json::number(m.high);
-    out["low"] = json::number(m.low);
-    out["rain"] = json::number(m.rain);
-    return out;
+    return json::encodeFields(m);
 }
 
 std::vector<BestTime::Pick> BestTime::picks(const std::array<std::optional<double>, 12>& comfort,
