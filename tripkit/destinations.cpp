@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "tripkit/json_fields.h"
 #include "tripkit/resources.h"
 
 namespace tripkit {
@@ -40,55 +41,47 @@ const std::vector<std::string>& Destination::regionNames() {
     return names;
 }
 
+template <>
+struct json::Fields<Destination::Translation> {
+    using T = Destination::Translation;
+    static constexpr auto list =
+        std::tuple{json::field("name", &T::name), json::field("blurb", &T::blurb)};
+};
+
+template <>
+struct json::Fields<Destination> {
+    using T = Destination;
+    static constexpr auto list = std::tuple{
+        json::field("id", &T::code), json::field("name", &T::name),
+        json::field("region", &T::region), json::field("country", &T::country),
+        json::field("domestic", &T::domestic), json::field("fareCode", &T::fareCode),
+        json::field("advisory", &T::advisory), json::field("categories", &T::categories),
+        json::field("blurb", &T::blurb), json::field("countryCode", &T::countryCode),
+        json::field("lat", &T::lat, json::asDouble), json::field("lon", &T::lon, json::asDouble),
+        // A point needs both halves; one alone is a broken record, not a place
+        // without a position.
+        json::rule([](const json::Value& v, T& d) {
+            if (d.lat.has_value() != d.lon.has_value()) {
+                v.fail(d.lat ? "lat without lon" : "lon without lat");
+            }
+        }),
+        json::field("es", &T::es)};
+};
+
 void decode(const json::Value& v, Destination::Translation& out) {
-    out.name = v.get<std::string>("name");
-    out.blurb = v.get<std::string>("blurb");
+    json::decodeFields(v, out);
 }
 
 void decode(const json::Value& v, Destination& out) {
-    out.code = v.get<std::string>("id");
-    out.name = v.get<std::string>("name");
-    out.region = v.get<std::string>("region");
-    out.country = v.get<std::string>("country");
-    out.domestic = v.get<bool>("domestic");
-    out.fareCode = v.get<std::string>("fareCode");
-    out.advisory = v.getOptional<std::string>("advisory");
-    out.categories = v.get<std::vector<std::string>>("categories");
-    out.blurb = v.get<std::string>("blurb");
-    out.countryCode = v.getOptional<std::string>("countryCode");
-    out.lat = v.getOptional<double>("lat");
-    out.lon = v.getOptional<double>("lon");
-    // A point needs both halves; one alone is a broken record, not a place
-    // without a position.
-    if (out.lat.has_value() != out.lon.has_value()) {
-        v.fail(out.lat ? "lat without lon" : "lon without lat");
-    }
-    out.es = v.getOptional<Destination::Translation>("es");
+    json::decodeFields(v, out);
 }
 
 json::Json encode(const Destination::Translation& t) {
-    json::Json out = json::Json::object();
-    out["name"] = t.name;
-    out["blurb"] = t.blurb;
-    return out;
+    return json::encodeFields(t);
 }
 
 json::Json encode(const Destination& d) {
-    json::Json out = json::Json::object();
-    out["id"] = d.code;
-    out["name"] = d.name;
-    out["region"] = d.region;
-    out["country"] = d.country;
-    out["domestic"] = d.domestic;
-    out["fareCode"] = d.fareCode;
-    json::putOptional(out, "advisory", d.advisory);
-    out["categories"] = json::array(d.categories);
-    out["blurb"] = d.blurb;
-    json::putOptional(out, "countryCode", d.countryCode);
-    if (d.lat) out["lat"] = *d.lat;
-    if (d.lon) out["lon"] = *d.lon;
-    if (d.es) out["es"] = encode(*d.es);
-    return out;
+    return json::encodeFields(d);
 }
 
 const Destinations& Destinations::shipped() {
