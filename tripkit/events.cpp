@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "tripkit/json_fields.h"
 #include "tripkit/resources.h"
 
 namespace tripkit {
@@ -38,56 +39,56 @@ std::vector<Event> EventCalendar::busyOverlapping(const DayRange& r) const {
     return out;
 }
 
-void decode(const json::Value& v, Event& out) {
-    out.name = v.get<std::string>("name");
-    out.nameEs = v.get<std::string>("nameEs");
-    out.first = v.get<Day>("first");
-    out.last = v.get<Day>("last");
-    out.busy = v.get<bool>("busy");
-    out.estimated = v.get<bool>("estimated");
+template <>
+struct json::Fields<Event> {
+    static constexpr auto list = std::tuple{
+        json::field("name", &Event::name),   json::field("nameEs", &Event::nameEs),
+        json::field("first", &Event::first), json::field("last", &Event::last),
+        json::field("busy", &Event::busy),   json::field("estimated", &Event::estimated)};
     // A reversed span is a typo in the file, not an event to turn around.
-    if (out.last < out.first) {
-        v.fail("first " + out.first.text() + " is after last " + out.last.text());
+    static void check(const json::Value& v, Event& e) {
+        if (e.last < e.first) v.fail("first " + e.first.text() + " is after last " + e.last.text());
     }
+};
+
+template <>
+struct json::Fields<EventCalendar::Source> {
+    using T = EventCalendar::Source;
+    static constexpr auto list =
+        std::tuple{json::field("name", &T::name), json::field("nameEs", &T::nameEs),
+                   json::field("url", &T::url)};
+};
+
+template <>
+struct json::Fields<EventCalendar> {
+    using T = EventCalendar;
+    static constexpr auto list =
+        std::tuple{json::field("asOf", &T::asOf), json::field("sources", &T::sources),
+                   json::field("events", &T::events)};
+};
+
+void decode(const json::Value& v, Event& out) {
+    json::decodeFields(v, out);
 }
 
 void decode(const json::Value& v, EventCalendar::Source& out) {
-    out.name = v.get<std::string>("name");
-    out.nameEs = v.get<std::string>("nameEs");
-    out.url = v.get<std::string>("url");
+    json::decodeFields(v, out);
 }
 
 void decode(const json::Value& v, EventCalendar& out) {
-    out.asOf = v.get<std::string>("asOf");
-    out.sources = v.get<std::vector<EventCalendar::Source>>("sources");
-    out.events = v.get<std::vector<Event>>("events");
+    json::decodeFields(v, out);
 }
 
 json::Json encode(const Event& e) {
-    json::Json out = json::Json::object();
-    out["name"] = e.name;
-    out["nameEs"] = e.nameEs;
-    out["first"] = encode(e.first);
-    out["last"] = encode(e.last);
-    out["busy"] = e.busy;
-    out["estimated"] = e.estimated;
-    return out;
+    return json::encodeFields(e);
 }
 
 json::Json encode(const EventCalendar::Source& s) {
-    json::Json out = json::Json::object();
-    out["name"] = s.name;
-    out["nameEs"] = s.nameEs;
-    out["url"] = s.url;
-    return out;
+    return json::encodeFields(s);
 }
 
 json::Json encode(const EventCalendar& c) {
-    json::Json out = json::Json::object();
-    out["asOf"] = c.asOf;
-    out["sources"] = json::array(c.sources);
-    out["events"] = json::array(c.events);
-    return out;
+    return json::encodeFields(c);
 }
 
 }  // namespace tripkit
