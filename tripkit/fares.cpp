@@ -4,6 +4,8 @@
 #include <cmath>
 #include <unordered_map>
 
+#include "tripkit/json_fields.h"
+
 namespace tripkit {
 
 std::string Deal::id() const { return destination + "-" + depart.text() + "-" + airline; }
@@ -171,27 +173,46 @@ std::vector<std::string> Fares::airlines(const FareBook* book) {
     return {codes.begin(), codes.end()};
 }
 
+template <>
+struct json::Fields<FareOption> {
+    using T = FareOption;
+    static constexpr auto list =
+        std::tuple{json::field("airline", &T::airline), json::field("price", &T::price),
+                   json::field("stops", &T::stops), json::field("link", &T::link),
+                   json::field("seen", &T::seen)};
+};
+
+template <>
+struct json::Fields<Deal> {
+    using T = Deal;
+    static constexpr auto list = std::tuple{json::field("destination", &T::destination),
+                                            json::field("city", &T::city),
+                                            json::field("country", &T::country),
+                                            json::field("advisory", &T::advisory),
+                                            json::field("price", &T::price),
+                                            json::field("depart", &T::depart),
+                                            json::field("return", &T::returnDay),
+                                            json::field("airline", &T::airline),
+                                            json::field("stops", &T::stops),
+                                            json::field("link", &T::link),
+                                            json::field("origin", &T::origin),
+                                            json::field("seen", &T::seen)};
+};
+
+template <>
+struct json::Fields<FareFilter> {
+    using T = FareFilter;
+    static constexpr auto list = std::tuple{json::field("onlyAirlines", &T::onlyAirlines),
+                                            json::field("avoidAirlines", &T::avoidAirlines),
+                                            json::field("nonstopOnly", &T::nonstopOnly)};
+};
+
 void decode(const json::Value& v, FareOption& out) {
-    out.airline = v.get<std::string>("airline");
-    out.price = v.get<double>("price");
-    out.stops = v.get<int>("stops");
-    out.link = v.getOptional<std::string>("link");
-    out.seen = v.getOptional<Day>("seen");
+    json::decodeFields(v, out);
 }
 
 void decode(const json::Value& v, Deal& out) {
-    out.destination = v.get<std::string>("destination");
-    out.city = v.get<std::string>("city");
-    out.country = v.get<std::string>("country");
-    out.advisory = v.getOptional<std::string>("advisory");
-    out.price = v.get<double>("price");
-    out.depart = v.get<Day>("depart");
-    out.returnDay = v.getOptional<Day>("return");
-    out.airline = v.get<std::string>("airline");
-    out.stops = v.get<int>("stops");
-    out.link = v.getOptional<std::string>("link");
-    out.origin = v.getOptional<std::string>("origin");
-    out.seen = v.getOptional<Day>("seen");
+    json::decodeFields(v, out);
 }
 
 namespace {
@@ -226,6 +247,7 @@ json::Json encodeDayFares(const FareBook::DayFares& fares) {
 }
 }  // namespace
 
+// Hand-written: impossible fares are skipped and counted, not refused.
 void decode(const json::Value& v, FareBook& out) {
     out.origin = v.get<std::string>("origin");
     out.updated = v.get<std::string>("updated");
@@ -244,36 +266,15 @@ void decode(const json::Value& v, FareBook& out) {
 }
 
 void decode(const json::Value& v, FareFilter& out) {
-    out.onlyAirlines = v.get<std::set<std::string>>("onlyAirlines");
-    out.avoidAirlines = v.get<std::set<std::string>>("avoidAirlines");
-    out.nonstopOnly = v.get<bool>("nonstopOnly");
+    json::decodeFields(v, out);
 }
 
 json::Json encode(const FareOption& o) {
-    json::Json out = json::Json::object();
-    out["airline"] = o.airline;
-    out["price"] = json::number(o.price);
-    out["stops"] = o.stops;
-    json::putOptional(out, "link", o.link);
-    json::putOptional(out, "seen", o.seen);
-    return out;
+    return json::encodeFields(o);
 }
 
 json::Json encode(const Deal& d) {
-    json::Json out = json::Json::object();
-    out["destination"] = d.destination;
-    out["city"] = d.city;
-    out["country"] = d.country;
-    json::putOptional(out, "advisory", d.advisory);
-    out["price"] = json::number(d.price);
-    out["depart"] = d.depart.text();
-    json::putOptional(out, "return", d.returnDay);
-    out["airline"] = d.airline;
-    out["stops"] = d.stops;
-    json::putOptional(out, "link", d.link);
-    json::putOptional(out, "origin", d.origin);
-    json::putOptional(out, "seen", d.seen);
-    return out;
+    return json::encodeFields(d);
 }
 
 json::Json encode(const FareBook& b) {
@@ -287,11 +288,7 @@ json::Json encode(const FareBook& b) {
 }
 
 json::Json encode(const FareFilter& f) {
-    json::Json out = json::Json::object();
-    out["onlyAirlines"] = json::array(f.onlyAirlines);
-    out["avoidAirlines"] = json::array(f.avoidAirlines);
-    out["nonstopOnly"] = f.nonstopOnly;
-    return out;
+    return json::encodeFields(f);
 }
 
 }  // namespace tripkit
