@@ -8,6 +8,7 @@
 
 #include "tripkit/freshness.h"
 #include "tripkit/hashing.h"
+#include "tripkit/json_fields.h"
 
 namespace tripkit {
 
@@ -387,16 +388,19 @@ std::optional<RoundTrip> FareCalendar::best(const std::vector<RoundTrip>& trips,
     return *chosen;
 }
 
+template <>
+struct json::Fields<RoundTrip> {
+    using T = RoundTrip;
+    static constexpr auto list =
+        std::tuple{json::field("origin", &T::origin), json::field("destination", &T::destination),
+                   json::field("depart", &T::depart), json::field("returnDay", &T::returnDay),
+                   json::field("price", &T::price),   json::field("airline", &T::airline),
+                   json::field("stops", &T::stops),   json::field("seen", &T::seen),
+                   json::field("link", &T::link)};
+};
+
 void decode(const json::Value& v, RoundTrip& out) {
-    out.origin = v.get<std::string>("origin");
-    out.destination = v.get<std::string>("destination");
-    out.depart = v.get<Day>("depart");
-    out.returnDay = v.getOptional<Day>("returnDay");
-    out.price = v.get<double>("price");
-    out.airline = v.get<std::string>("airline");
-    out.stops = v.get<int>("stops");
-    out.seen = v.getOptional<Day>("seen");
-    out.link = v.getOptional<std::string>("link");
+    json::decodeFields(v, out);
 }
 
 namespace {
@@ -451,6 +455,8 @@ void decode(const json::Value& v, CalendarBook::Entry& out) {
     out.seen = cell.seen ? std::optional<std::string>(*cell.seen) : std::nullopt;
 }
 
+// Hand-written: the routes become the compact grid, impossible cells skipped
+// and counted.
 void decode(const json::Value& v, CalendarBook& out) {
     out.origin = v.get<std::string>("origin");
     out.updated = v.get<std::string>("updated");
@@ -498,17 +504,7 @@ void decode(const json::Value& v, CalendarBook& out) {
 }
 
 json::Json encode(const RoundTrip& t) {
-    json::Json out = json::Json::object();
-    out["origin"] = t.origin;
-    out["destination"] = t.destination;
-    out["depart"] = t.depart.text();
-    json::putOptional(out, "returnDay", t.returnDay);
-    out["price"] = json::number(t.price);
-    out["airline"] = t.airline;
-    out["stops"] = t.stops;
-    json::putOptional(out, "seen", t.seen);
-    json::putOptional(out, "link", t.link);
-    return out;
+    return json::encodeFields(t);
 }
 
 json::Json encode(const CalendarBook::Entry& e) {
