@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "tripkit/freshness.h"
+#include "tripkit/json_fields.h"
 
 namespace tripkit {
 
@@ -112,6 +113,7 @@ std::optional<PriceCheck::Verdict> PriceCheck::verdictNamed(std::string_view tex
     return std::nullopt;
 }
 
+// Hand-written: a night is a price or null, impossible prices counted.
 void decode(const json::Value& v, HistoryBook& out) {
     out.origin = v.get<std::string>("origin");
     out.updated = v.get<Day>("updated");
@@ -137,24 +139,43 @@ void decode(const json::Value& v, HistoryBook& out) {
     });
 }
 
+template <>
+struct json::Fields<NightPrice> {
+    static constexpr auto list =
+        std::tuple{json::field("day", &NightPrice::day), json::field("price", &NightPrice::price)};
+};
+
+template <>
+struct json::Fields<PriceCheck> {
+    using T = PriceCheck;
+    static constexpr auto list =
+        std::tuple{json::field("price", &T::price),
+                   json::field("verdict", &T::verdict),
+                   json::field("nights", &T::nights),
+                   json::field("days", &T::days),
+                   json::field("low", &T::low),
+                   json::field("typical", &T::typical),
+                   json::field("high", &T::high),
+                   json::field("cheaperShare", &T::cheaperShare, json::asDouble),
+                   json::field("lowestInDays", &T::lowestInDays)};
+};
+
+void decode(const json::Value& v, PriceCheck::Verdict& out) {
+    auto named = PriceCheck::verdictNamed(v.stringView());
+    if (!named) v.fail("unknown verdict: " + v.string());
+    out = *named;
+}
+
+json::Json encode(PriceCheck::Verdict verdict) {
+    return std::string(PriceCheck::text(verdict));
+}
+
 void decode(const json::Value& v, NightPrice& out) {
-    out.day = v.get<Day>("day");
-    out.price = v.get<double>("price");
+    json::decodeFields(v, out);
 }
 
 void decode(const json::Value& v, PriceCheck& out) {
-    out.price = v.get<double>("price");
-    const json::Value verdict = v.field("verdict");
-    auto named = PriceCheck::verdictNamed(verdict.stringView());
-    if (!named) verdict.fail("unknown verdict: " + verdict.string());
-    out.verdict = *named;
-    out.nights = v.get<int>("nights");
-    out.days = v.get<int>("days");
-    out.low = v.get<double>("low");
-    out.typical = v.get<double>("typical");
-    out.high = v.get<double>("high");
-    out.cheaperShare = v.get<double>("cheaperShare");
-    out.lowestInDays = v.getOptional<int>("lowestInDays");
+    json::decodeFields(v, out);
 }
 
 json::Json encode(const HistoryBook& b) {
@@ -173,24 +194,11 @@ json::Json encode(const HistoryBook& b) {
 }
 
 json::Json encode(const NightPrice& n) {
-    json::Json out = json::Json::object();
-    out["day"] = encode(n.day);
-    out["price"] = json::number(n.price);
-    return out;
+    return json::encodeFields(n);
 }
 
 json::Json encode(const PriceCheck& c) {
-    json::Json out = json::Json::object();
-    out["price"] = json::number(c.price);
-    out["verdict"] = std::string(PriceCheck::text(c.verdict));
-    out["nights"] = c.nights;
-    out["days"] = c.days;
-    out["low"] = json::number(c.low);
-    out["typical"] = json::number(c.typical);
-    out["high"] = json::number(c.high);
-    out["cheaperShare"] = c.cheaperShare;
-    json::putOptional(out, "lowestInDays", c.lowestInDays);
-    return out;
+    return json::encodeFields(c);
 }
 
 }  // namespace tripkit

@@ -86,8 +86,10 @@ struct FareHistory {
 void decode(const json::Value& v, HistoryBook& out);
 void decode(const json::Value& v, NightPrice& out);
 void decode(const json::Value& v, PriceCheck& out);
+void decode(const json::Value& v, PriceCheck::Verdict& out);
 json::Json encode(const HistoryBook& b);
 json::Json encode(const NightPrice& n);
 json::Json encode(const PriceCheck& c);
+json::Json encode(PriceCheck::Verdict verdict);
 
 }  // namespace tripkit
