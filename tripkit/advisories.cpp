@@ -2,6 +2,8 @@
 
 #include <utf8proc.h>
 
+#include "tripkit/json_fields.h"
+
 namespace tripkit {
 
 namespace {
@@ -148,35 +150,38 @@ std::vector<Destination> Advisories::safeAndFun(const std::vector<Destination>& 
     return out;
 }
 
+template <>
+struct json::Fields<Advisories::Raw> {
+    using T = Advisories::Raw;
+    static constexpr auto list =
+        std::tuple{json::field("Title", &T::title), json::field("Link", &T::link),
+                   json::field("Category", &T::category), json::field("Updated", &T::updated)};
+};
+
+template <>
+struct json::Fields<Advisory> {
+    using T = Advisory;
+    static constexpr auto list =
+        std::tuple{json::field("code", &T::code),
+                   json::field("country", &T::country),
+                   json::field("level", &T::level,
+                               json::Between{Advisories::lowestLevel, Advisories::highestLevel,
+                                             "advisory levels run from 1 to 4"}),
+                   json::field("title", &T::title),
+                   json::field("link", &T::link),
+                   json::field("updated", &T::updated)};
+};
+
 void decode(const json::Value& v, Advisories::Raw& out) {
-    out.title = v.get<std::string>("Title");
-    out.link = v.get<std::string>("Link");
-    out.category = v.getOptional<std::vector<std::string>>("Category");
-    out.updated = v.getOptional<std::string>("Updated");
+    json::decodeFields(v, out);
 }
 
 void decode(const json::Value& v, Advisory& out) {
-    out.code = v.get<std::string>("code");
-    out.country = v.get<std::string>("country");
-    const json::Value level = v.field("level");
-    out.level = level.as<int>();
-    if (out.level < Advisories::lowestLevel || out.level > Advisories::highestLevel) {
-        level.fail("advisory levels run from 1 to 4");
-    }
-    out.title = v.get<std::string>("title");
-    out.link = v.get<std::string>("link");
-    out.updated = v.get<std::string>("updated");
+    json::decodeFields(v, out);
 }
 
 json::Json encode(const Advisory& a) {
-    json::Json out = json::Json::object();
-    out["code"] = a.code;
-    out["country"] = a.country;
-    out["level"] = a.level;
-    out["title"] = a.title;
-    out["link"] = a.link;
-    out["updated"] = a.updated;
-    return out;
+    return json::encodeFields(a);
 }
 
 }  // namespace tripkit
