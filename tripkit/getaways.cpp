@@ -4,6 +4,7 @@
 #include <array>
 
 #include "tripkit/hashing.h"
+#include "tripkit/json_fields.h"
 
 namespace tripkit {
 
@@ -190,10 +191,15 @@ void decode(const json::Value& v, TripTiming& out) {
     }
 }
 
+template <>
+struct json::Fields<Getaway> {
+    static constexpr auto list =
+        std::tuple{json::field("trip", &Getaway::trip), json::field("timing", &Getaway::timing),
+                   json::field("window", &Getaway::window)};
+};
+
 void decode(const json::Value& v, Getaway& out) {
-    out.trip = v.get<RoundTrip>("trip");
-    out.timing = v.get<TripTiming>("timing");
-    out.window = v.getOptional<HolidayWindow>("window");
+    json::decodeFields(v, out);
 }
 
 json::Json encode(TripLength length) { return std::string(caseName(length)); }
@@ -209,11 +215,7 @@ json::Json encode(const TripTiming& timing) {
 }
 
 json::Json encode(const Getaway& g) {
-    json::Json out = json::Json::object();
-    out["trip"] = encode(g.trip);
-    out["timing"] = encode(g.timing);
-    json::putOptional(out, "window", g.window);
-    return out;
+    return json::encodeFields(g);
 }
 
 }  // namespace tripkit
