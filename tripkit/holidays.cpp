@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "tripkit/json_fields.h"
+
 namespace tripkit {
 namespace {
 
@@ -123,22 +125,22 @@ void decode(const json::Value& v, FederalHoliday& out) {
     out = *holiday;
 }
 
+template <>
+struct json::Fields<HolidayWindow> {
+    using T = HolidayWindow;
+    static constexpr auto list =
+        std::tuple{json::field("holiday", &T::holiday), json::field("date", &T::date),
+                   json::field("observed", &T::observed), json::field("days", &T::days)};
+};
+
 void decode(const json::Value& v, HolidayWindow& out) {
-    out.holiday = v.get<FederalHoliday>("holiday");
-    out.date = v.get<Day>("date");
-    out.observed = v.get<Day>("observed");
-    out.days = v.get<DayRange>("days");
+    json::decodeFields(v, out);
 }
 
 json::Json encode(FederalHoliday holiday) { return std::string(caseName(holiday)); }
 
 json::Json encode(const HolidayWindow& w) {
-    json::Json out = json::Json::object();
-    out["holiday"] = encode(w.holiday);
-    out["date"] = encode(w.date);
-    out["observed"] = encode(w.observed);
-    out["days"] = encode(w.days);
-    return out;
+    return json::encodeFields(w);
 }
 
 }  // namespace tripkit
