@@ -4,6 +4,7 @@
 #include <cmath>
 #include <stdexcept>
 
+#include "tripkit/json_fields.h"
 #include "tripkit/resources.h"
 
 namespace tripkit {
@@ -23,24 +24,23 @@ std::vector<std::optional<std::string>> Airport::searchFields() const {
     return {code, city, state, name};
 }
 
+template <>
+struct json::Fields<Airport> {
+    using T = Airport;
+    static constexpr auto list = std::tuple{json::field("code", &T::code),
+                                            json::field("city", &T::city),
+                                            json::field("state", &T::state),
+                                            json::field("name", &T::name),
+                                            json::field("lat", &T::lat, json::asDouble),
+                                            json::field("lon", &T::lon, json::asDouble)};
+};
+
 void decode(const json::Value& v, Airport& out) {
-    out.code = v.get<std::string>("code");
-    out.city = v.get<std::string>("city");
-    out.state = v.get<std::string>("state");
-    out.name = v.get<std::string>("name");
-    out.lat = v.get<double>("lat");
-    out.lon = v.get<double>("lon");
+    json::decodeFields(v, out);
 }
 
 json::Json encode(const Airport& a) {
-    json::Json out = json::Json::object();
-    out["code"] = a.code;
-    out["city"] = a.city;
-    out["state"] = a.state;
-    out["name"] = a.name;
-    out["lat"] = a.lat;
-    out["lon"] = a.lon;
-    return out;
+    return json::encodeFields(a);
 }
 
 const Airports& Airports::shipped() {
