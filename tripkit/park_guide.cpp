@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "tripkit/holidays.h"
+#include "tripkit/json_fields.h"
 
 namespace tripkit {
 
@@ -113,16 +114,30 @@ void decode(const json::Value& v, TransportChoice& out) {
     out = *choice;
 }
 
+template <>
+struct json::Fields<ParkGuide::Span> {
+    using T = ParkGuide::Span;
+    static constexpr auto list = std::tuple{json::field("low", &T::low, json::amount),
+                                            json::field("high", &T::high, json::amount)};
+    static void check(const json::Value& v, T& s) {
+        if (s.high < s.low) v.fail("low is above high");
+    }
+};
+
+template <>
+struct json::Fields<ParkGuide::Source> {
+    using T = ParkGuide::Source;
+    static constexpr auto list =
+        std::tuple{json::field("name", &T::name), json::field("nameEs", &T::nameEs),
+                   json::field("url", &T::url)};
+};
+
 void decode(const json::Value& v, ParkGuide::Span& out) {
-    out.low = readAmount(v, "low");
-    out.high = readAmount(v, "high");
-    if (out.high < out.low) v.fail("low is above high");
+    json::decodeFields(v, out);
 }
 
 void decode(const json::Value& v, ParkGuide::Source& out) {
-    out.name = v.get<std::string>("name");
-    out.nameEs = v.get<std::string>("nameEs");
-    out.url = v.get<std::string>("url");
+    json::decodeFields(v, out);
 }
 
 json::Json encode(const LightningLaneChoice& c) {
@@ -144,18 +159,11 @@ json::Json encode(const LightningLaneChoice& c) {
 json::Json encode(TransportChoice c) { return std::string(caseName(c)); }
 
 json::Json encode(const ParkGuide::Span& s) {
-    json::Json out = json::Json::object();
-    out["low"] = json::number(s.low);
-    out["high"] = json::number(s.high);
-    return out;
+    return json::encodeFields(s);
 }
 
 json::Json encode(const ParkGuide::Source& s) {
-    json::Json out = json::Json::object();
-    out["name"] = s.name;
-    out["nameEs"] = s.nameEs;
-    out["url"] = s.url;
-    return out;
+    return json::encodeFields(s);
 }
 
 }  // namespace tripkit
