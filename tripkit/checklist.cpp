@@ -4,21 +4,23 @@
 #include <cctype>
 
 #include "tripkit/hashing.h"
+#include "tripkit/json_fields.h"
 
 namespace tripkit {
 
+template <>
+struct json::Fields<PackingItem> {
+    static constexpr auto list =
+        std::tuple{json::field("id", &PackingItem::id), json::field("title", &PackingItem::title),
+                   json::field("packed", &PackingItem::packed)};
+};
+
 void decode(const json::Value& v, PackingItem& out) {
-    out.id = v.get<std::string>("id");
-    out.title = v.get<std::string>("title");
-    out.packed = v.get<bool>("packed");
+    json::decodeFields(v, out);
 }
 
 json::Json encode(const PackingItem& item) {
-    json::Json out = json::Json::object();
-    out["id"] = item.id;
-    out["title"] = item.title;
-    out["packed"] = item.packed;
-    return out;
+    return json::encodeFields(item);
 }
 
 std::string Packing::idFor(const std::string& title) {
