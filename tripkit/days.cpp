@@ -7,6 +7,8 @@
 #include <date/tz.h>
 #include <fmt/format.h>
 
+#include "tripkit/json_fields.h"
+
 namespace tripkit {
 
 // Civil-calendar conversions on 400-year eras of 146097 days, with March as
@@ -123,11 +125,18 @@ void decode(const json::Value& v, DayRange& out) {
     out = DayRange(v.get<Day>("first"), v.get<Day>("last"));
 }
 
+template <>
+struct json::Fields<YearMonth> {
+    static constexpr auto list =
+        std::tuple{json::field("year", &YearMonth::year),
+                   json::field("month", &YearMonth::month, [](const json::Value& v, int month) {
+                       if (month < 1 || month > 12)
+                           v.fail("month out of range: " + std::to_string(month));
+                   })};
+};
+
 void decode(const json::Value& v, YearMonth& out) {
-    auto year = v.get<std::int64_t>("year");
-    auto month = v.get<int>("month");
-    if (month < 1 || month > 12) v.field("month").fail("month out of range: " + std::to_string(month));
-    out = YearMonth{year, month};
+    json::decodeFields(v, out);
 }
 
 json::Json encode(const Day& d) { return d.text(); }
@@ -140,10 +149,7 @@ json::Json encode(const DayRange& r) {
 }
 
 json::Json encode(const YearMonth& m) {
-    json::Json out = json::Json::object();
-    out["year"] = m.year;
-    out["month"] = m.month;
-    return out;
+    return json::encodeFields(m);
 }
 
 }  // namespace tripkit
