@@ -6,6 +6,8 @@
 
 #include <fmt/format.h>
 
+#include "tripkit/json_fields.h"
+
 namespace tripkit {
 
 namespace {
@@ -283,17 +285,18 @@ json::Json encode(const WearGuide::DayLine& line) {
     return out;
 }
 
+template <>
+struct json::Fields<WearGuide> {
+    using T = WearGuide;
+    static constexpr auto list = std::tuple{
+        json::field("summary", &T::summary),         json::field("daytime", &T::daytime),
+        json::field("evening", &T::evening),         json::field("days", &T::days),
+        json::field("packing", &T::packing),         json::field("usesForecast", &T::usesForecast),
+        json::field("usesTypical", &T::usesTypical), json::field("planDays", &T::planDays)};
+};
+
 json::Json encode(const WearGuide& guide) {
-    json::Json out = json::Json::object();
-    out["summary"] = json::array(guide.summary);
-    out["daytime"] = guide.daytime;
-    out["evening"] = guide.evening;
-    out["days"] = json::array(guide.days);
-    out["packing"] = json::array(guide.packing);
-    out["usesForecast"] = guide.usesForecast;
-    out["usesTypical"] = guide.usesTypical;
-    out["planDays"] = guide.planDays;
-    return out;
+    return json::encodeFields(guide);
 }
 
 WearDay WhatToWear::typicalDay(const std::vector<WearMonth>& months, Day day) {
