@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "tripkit/fares.h"
+#include "tripkit/json_fields.h"
 
 namespace tripkit {
 namespace {
@@ -125,6 +126,74 @@ TEST(Json, NumbersAreWrittenAsPeopleReadThem) {
     EXPECT_EQ(json::number(199.0).dump(), "199");
     EXPECT_EQ(json::number(199.5).dump(), "199.5");
     EXPECT_EQ(json::number(1e300).dump(), "1e+300");
+}
+
+// A record of every kind of field the lists are asked to carry.
+struct Probe {
+    int count = 0;
+    std::optional<double> fee;
+    std::vector<double> rates;
+    double lat = 0;
+    std::string name;
+};
+
+}  // namespace
+
+template <>
+struct json::Fields<Probe> {
+    static constexpr auto list = std::tuple{
+        json::field("count", &Probe::count, json::AtLeast{1, "expected 1 or more"}),
+        json::field("fee", &Probe::fee, json::amount),
+        json::field("rates", &Probe::rates,
+                    json::each(json::price,
+                               [](const json::Value& v, const std::vector<double>& rates) {
+                                   if (rates.empty()) v.fail("expected at least one rate");
+                               })),
+        json::rule([](const json::Value& v, Probe& p) {
+            if (static_cast<std::size_t>(p.count) > p.rates.size()) {
+                v.field("count").fail("more than the rates");
+            }
+        }),
+        json::field("lat", &Probe::lat, json::asDouble),
+        json::field("name", &Probe::name)};
+};
+
+namespace {
+
+void decode(const json::Value& v, Probe& out) {
+    json::decodeFields(v, out);
+}
+
+TEST(JsonFields, OptionalFieldsAreLeftOutAndReadBackAsNothing) {
+    const char* text = R"({"count":2,"rates":[1,2.5],"lat":40.0,"name":"x"})";
+    auto doc = json::parse(text, "t");
+    Probe p;
+    p.fee = 5;  // a value from before must not survive a document without one
+    decode(doc.root(), p);
+    EXPECT_FALSE(p.fee.has_value());
+    EXPECT_EQ(json::encodeFields(p).dump(), text);
+    p.fee = 3;
+    EXPECT_EQ(json::encodeFields(p).dump(),
+              R"({"count":2,"fee":3,"rates":[1,2.5],"lat":40.0,"name":"x"})");
+    EXPECT_EQ(json::decodeDocument<Probe>(
+                  R"({"count":2,"fee":null,"rates":[1,2],"lat":0,"name":""})", "t")
+                  .fee,
+              std::nullopt);
+}
+
+TEST(JsonFields, ChecksFailAtTheirFieldsInListOrder) {
+    const auto probe = [](const std::string& fields) {
+        return errorOf<Probe>("{" + fields + R"(,"name":"x"})", "t");
+    };
+    EXPECT_EQ(probe(R"("count":0,"rates":[1],"lat":0)"), "t: count: expected 1 or more");
+    EXPECT_EQ(probe(R"("count":1,"fee":-1,"rates":[1],"lat":0)"),
+              "t: fee: expected an amount of 0 or more");
+    EXPECT_EQ(probe(R"("count":1,"rates":[1,0],"lat":0)"), "t: rates[1]: expected a price above 0");
+    EXPECT_EQ(probe(R"("count":1,"rates":[],"lat":0)"), "t: rates: expected at least one rate");
+    EXPECT_EQ(probe(R"("count":1,"rates":{},"lat":0)"), "t: rates: expected an array");
+    // The rule runs where it stands: before `lat` is found missing.
+    EXPECT_EQ(probe(R"("count":3,"rates":[1,2])"), "t: count: more than the rates");
+    EXPECT_EQ(probe(R"("count":2,"rates":[1,2])"), "t: lat: required key is missing");
 }
 
 }  // namespace
