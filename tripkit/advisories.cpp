@@ -172,16 +172,8 @@ struct json::Fields<Advisory> {
                    json::field("updated", &T::updated)};
 };
 
-void decode(const json::Value& v, Advisories::Raw& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_DECODER(Advisories::Raw)
 
-void decode(const json::Value& v, Advisory& out) {
-    json::decodeFields(v, out);
-}
-
-json::Json encode(const Advisory& a) {
-    return json::encodeFields(a);
-}
+TRIPKIT_JSON_CODEC(Advisory)
 
 }  // namespace tripkit

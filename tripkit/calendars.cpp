@@ -399,9 +399,7 @@ struct json::Fields<RoundTrip> {
                    json::field("link", &T::link)};
 };
 
-void decode(const json::Value& v, RoundTrip& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_CODEC(RoundTrip)
 
 namespace {
 
@@ -501,10 +499,6 @@ void decode(const json::Value& v, CalendarBook& out) {
             fares.push_back(fare);
         });
     });
-}
-
-json::Json encode(const RoundTrip& t) {
-    return json::encodeFields(t);
 }
 
 json::Json encode(const CalendarBook::Entry& e) {

@@ -15,13 +15,7 @@ struct json::Fields<PackingItem> {
                    json::field("packed", &PackingItem::packed)};
 };
 
-void decode(const json::Value& v, PackingItem& out) {
-    json::decodeFields(v, out);
-}
-
-json::Json encode(const PackingItem& item) {
-    return json::encodeFields(item);
-}
+TRIPKIT_JSON_CODEC(PackingItem)
 
 std::string Packing::idFor(const std::string& title) {
     std::string id;

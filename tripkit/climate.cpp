@@ -94,17 +94,11 @@ struct json::Fields<Climate::Place> {
     }
 };
 
-void decode(const json::Value& v, MonthlyClimate& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_CODEC(MonthlyClimate)
 
-void decode(const json::Value& v, Climate::Source& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_DECODER(Climate::Source)
 
-void decode(const json::Value& v, Climate::Place& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_DECODER(Climate::Place)
 
 // Hand-written: the places are an object keyed by airport code.
 void decode(const json::Value& v, Climate& out) {
@@ -115,10 +109,6 @@ void decode(const json::Value& v, Climate& out) {
     v.field("places").forEachMember([&](std::string_view code, const json::Value& place) {
         out.places.emplace(std::string(code), place.as<Climate::Place>());
     });
-}
-
-json::Json encode(const MonthlyClimate& m) {
-    return json::encodeFields(m);
 }
 
 std::vector<BestTime::Pick> BestTime::picks(const std::array<std::optional<double>, 12>& comfort,

@@ -135,9 +135,7 @@ struct json::Fields<YearMonth> {
                    })};
 };
 
-void decode(const json::Value& v, YearMonth& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_CODEC(YearMonth)
 
 json::Json encode(const Day& d) { return d.text(); }
 
@@ -146,10 +144,6 @@ json::Json encode(const DayRange& r) {
     out["first"] = r.first.text();
     out["last"] = r.last.text();
     return out;
-}
-
-json::Json encode(const YearMonth& m) {
-    return json::encodeFields(m);
 }
 
 }  // namespace tripkit

@@ -68,21 +68,9 @@ struct json::Fields<Destination> {
         json::field("es", &T::es)};
 };
 
-void decode(const json::Value& v, Destination::Translation& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_CODEC(Destination::Translation)
 
-void decode(const json::Value& v, Destination& out) {
-    json::decodeFields(v, out);
-}
-
-json::Json encode(const Destination::Translation& t) {
-    return json::encodeFields(t);
-}
-
-json::Json encode(const Destination& d) {
-    return json::encodeFields(d);
-}
+TRIPKIT_JSON_CODEC(Destination)
 
 const Destinations& Destinations::shipped() {
     static const Destinations catalog =

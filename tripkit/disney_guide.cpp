@@ -499,36 +499,16 @@ struct json::Fields<DisneyGuide> {
     }
 };
 
-void decode(const json::Value& v, DisneyGuide::Coverage& out) {
-    json::decodeFields(v, out);
-}
-void decode(const json::Value& v, DisneyGuide::Season& out) {
-    json::decodeFields(v, out);
-}
-void decode(const json::Value& v, DisneyGuide::TicketRow& out) {
-    json::decodeFields(v, out);
-}
-void decode(const json::Value& v, DisneyGuide::HopperRow& out) {
-    json::decodeFields(v, out);
-}
-void decode(const json::Value& v, DisneyGuide::Tickets& out) {
-    json::decodeFields(v, out);
-}
-void decode(const json::Value& v, DisneyGuide::ParkPrice& out) {
-    json::decodeFields(v, out);
-}
-void decode(const json::Value& v, DisneyGuide::LightningLane& out) {
-    json::decodeFields(v, out);
-}
-void decode(const json::Value& v, DisneyGuide::Mears& out) {
-    json::decodeFields(v, out);
-}
-void decode(const json::Value& v, DisneyGuide::MearsExpress& out) {
-    json::decodeFields(v, out);
-}
-void decode(const json::Value& v, DisneyGuide::Transport& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_CODEC(DisneyGuide::Coverage)
+TRIPKIT_JSON_CODEC(DisneyGuide::Season)
+TRIPKIT_JSON_CODEC(DisneyGuide::TicketRow)
+TRIPKIT_JSON_CODEC(DisneyGuide::HopperRow)
+TRIPKIT_JSON_CODEC(DisneyGuide::Tickets)
+TRIPKIT_JSON_CODEC(DisneyGuide::ParkPrice)
+TRIPKIT_JSON_CODEC(DisneyGuide::LightningLane)
+TRIPKIT_JSON_CODEC(DisneyGuide::Mears)
+TRIPKIT_JSON_CODEC(DisneyGuide::MearsExpress)
+TRIPKIT_JSON_CODEC(DisneyGuide::Transport)
 
 void decode(const json::Value& v, DisneyGuide& out) {
     // The derived state is rebuilt from the new fields.
@@ -537,38 +517,6 @@ void decode(const json::Value& v, DisneyGuide& out) {
     json::decodeFields(v, out);
 }
 
-json::Json encode(const DisneyGuide::Coverage& c) {
-    return json::encodeFields(c);
-}
-json::Json encode(const DisneyGuide::Season& s) {
-    return json::encodeFields(s);
-}
-json::Json encode(const DisneyGuide::TicketRow& r) {
-    return json::encodeFields(r);
-}
-json::Json encode(const DisneyGuide::HopperRow& r) {
-    return json::encodeFields(r);
-}
-json::Json encode(const DisneyGuide::Tickets& t) {
-    return json::encodeFields(t);
-}
-json::Json encode(const DisneyGuide::ParkPrice& p) {
-    return json::encodeFields(p);
-}
-json::Json encode(const DisneyGuide::LightningLane& l) {
-    return json::encodeFields(l);
-}
-json::Json encode(const DisneyGuide::Mears& m) {
-    return json::encodeFields(m);
-}
-json::Json encode(const DisneyGuide::MearsExpress& m) {
-    return json::encodeFields(m);
-}
-json::Json encode(const DisneyGuide::Transport& t) {
-    return json::encodeFields(t);
-}
-json::Json encode(const DisneyGuide& g) {
-    return json::encodeFields(g);
-}
+TRIPKIT_JSON_ENCODER(DisneyGuide)
 
 }  // namespace tripkit

@@ -67,28 +67,10 @@ struct json::Fields<EventCalendar> {
                    json::field("events", &T::events)};
 };
 
-void decode(const json::Value& v, Event& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_CODEC(Event)
 
-void decode(const json::Value& v, EventCalendar::Source& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_CODEC(EventCalendar::Source)
 
-void decode(const json::Value& v, EventCalendar& out) {
-    json::decodeFields(v, out);
-}
-
-json::Json encode(const Event& e) {
-    return json::encodeFields(e);
-}
-
-json::Json encode(const EventCalendar::Source& s) {
-    return json::encodeFields(s);
-}
-
-json::Json encode(const EventCalendar& c) {
-    return json::encodeFields(c);
-}
+TRIPKIT_JSON_CODEC(EventCalendar)
 
 }  // namespace tripkit

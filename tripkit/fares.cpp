@@ -207,13 +207,9 @@ struct json::Fields<FareFilter> {
                                             json::field("nonstopOnly", &T::nonstopOnly)};
 };
 
-void decode(const json::Value& v, FareOption& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_CODEC(FareOption)
 
-void decode(const json::Value& v, Deal& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_CODEC(Deal)
 
 namespace {
 bool isPossiblePrice(double price) { return std::isfinite(price) && price > 0; }
@@ -265,17 +261,7 @@ void decode(const json::Value& v, FareBook& out) {
     });
 }
 
-void decode(const json::Value& v, FareFilter& out) {
-    json::decodeFields(v, out);
-}
-
-json::Json encode(const FareOption& o) {
-    return json::encodeFields(o);
-}
-
-json::Json encode(const Deal& d) {
-    return json::encodeFields(d);
-}
+TRIPKIT_JSON_CODEC(FareFilter)
 
 json::Json encode(const FareBook& b) {
     json::Json out = json::Json::object();
@@ -285,10 +271,6 @@ json::Json encode(const FareBook& b) {
     out["fromOrlando"] = encodeDayFares(b.fromOrlando);
     out["deals"] = json::array(b.deals);
     return out;
-}
-
-json::Json encode(const FareFilter& f) {
-    return json::encodeFields(f);
 }
 
 }  // namespace tripkit

@@ -198,9 +198,7 @@ struct json::Fields<Getaway> {
                    json::field("window", &Getaway::window)};
 };
 
-void decode(const json::Value& v, Getaway& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_CODEC(Getaway)
 
 json::Json encode(TripLength length) { return std::string(caseName(length)); }
 
@@ -212,10 +210,6 @@ json::Json encode(const TripTiming& timing) {
     json::Json out = json::Json::object();
     out[std::string(caseName(timing.kind))] = std::move(fields);
     return out;
-}
-
-json::Json encode(const Getaway& g) {
-    return json::encodeFields(g);
 }
 
 }  // namespace tripkit

@@ -133,14 +133,8 @@ struct json::Fields<HolidayWindow> {
                    json::field("observed", &T::observed), json::field("days", &T::days)};
 };
 
-void decode(const json::Value& v, HolidayWindow& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_CODEC(HolidayWindow)
 
 json::Json encode(FederalHoliday holiday) { return std::string(caseName(holiday)); }
-
-json::Json encode(const HolidayWindow& w) {
-    return json::encodeFields(w);
-}
 
 }  // namespace tripkit

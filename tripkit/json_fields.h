@@ -7,8 +7,7 @@
 //             json::field("adult", &Mears::adult, json::amount),
 //             json::field("child", &Mears::child, json::amount)};
 //     };
-//     void decode(const json::Value& v, Mears& out) { json::decodeFields(v, out); }
-//     json::Json encode(const Mears& m) { return json::encodeFields(m); }
+//     TRIPKIT_JSON_CODEC(Mears)  // the decode and encode its header declares
 //
 // An optional field is absent or null when it has no value and is left out
 // when written. A field may carry a check of its decoded value (a price above
@@ -238,3 +237,17 @@ Json encodeFields(const T& record) {
 }
 
 }  // namespace tripkit::json
+
+// The decoder and encoder a record's header declares, served by its field
+// list; written inside the record's namespace, after the list.
+#define TRIPKIT_JSON_DECODER(Type)                            \
+    void decode(const ::tripkit::json::Value& v, Type& out) { \
+        ::tripkit::json::decodeFields(v, out);                \
+    }
+#define TRIPKIT_JSON_ENCODER(Type)                     \
+    ::tripkit::json::Json encode(const Type& record) { \
+        return ::tripkit::json::encodeFields(record);  \
+    }
+#define TRIPKIT_JSON_CODEC(Type) \
+    TRIPKIT_JSON_DECODER(Type)   \
+    TRIPKIT_JSON_ENCODER(Type)

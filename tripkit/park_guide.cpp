@@ -132,13 +132,9 @@ struct json::Fields<ParkGuide::Source> {
                    json::field("url", &T::url)};
 };
 
-void decode(const json::Value& v, ParkGuide::Span& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_CODEC(ParkGuide::Span)
 
-void decode(const json::Value& v, ParkGuide::Source& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_CODEC(ParkGuide::Source)
 
 json::Json encode(const LightningLaneChoice& c) {
     using Kind = LightningLaneChoice::Kind;
@@ -157,13 +153,5 @@ json::Json encode(const LightningLaneChoice& c) {
 }
 
 json::Json encode(TransportChoice c) { return std::string(caseName(c)); }
-
-json::Json encode(const ParkGuide::Span& s) {
-    return json::encodeFields(s);
-}
-
-json::Json encode(const ParkGuide::Source& s) {
-    return json::encodeFields(s);
-}
 
 }  // namespace tripkit

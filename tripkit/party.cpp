@@ -217,9 +217,7 @@ struct json::Fields<FoodBudget> {
                    json::field("perChild", &FoodBudget::perChild, json::amount)};
 };
 
-void decode(const json::Value& v, Party& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_CODEC(Party)
 
 void decode(const json::Value& v, Tier& out) {
     auto tier = tierFromCaseName(v.stringView());
@@ -227,9 +225,7 @@ void decode(const json::Value& v, Tier& out) {
     out = *tier;
 }
 
-void decode(const json::Value& v, ParkResort& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_CODEC(ParkResort)
 
 void decode(const json::Value& v, ResortChoice& out) {
     auto [name, fields] = v.caseKeyed();
@@ -245,23 +241,11 @@ void decode(const json::Value& v, ResortChoice& out) {
     }
 }
 
-void decode(const json::Value& v, DateWindow& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_CODEC(DateWindow)
 
-void decode(const json::Value& v, FoodBudget& out) {
-    json::decodeFields(v, out);
-}
-
-json::Json encode(const Party& p) {
-    return json::encodeFields(p);
-}
+TRIPKIT_JSON_CODEC(FoodBudget)
 
 json::Json encode(Tier t) { return std::string(caseName(t)); }
-
-json::Json encode(const ParkResort& r) {
-    return json::encodeFields(r);
-}
 
 json::Json encode(const ResortChoice& c) {
     json::Json out = json::Json::object();
@@ -277,14 +261,6 @@ json::Json encode(const ResortChoice& c) {
             break;
     }
     return out;
-}
-
-json::Json encode(const DateWindow& w) {
-    return json::encodeFields(w);
-}
-
-json::Json encode(const FoodBudget& f) {
-    return json::encodeFields(f);
 }
 
 }  // namespace tripkit

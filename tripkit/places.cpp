@@ -35,13 +35,7 @@ struct json::Fields<Airport> {
                                             json::field("lon", &T::lon, json::asDouble)};
 };
 
-void decode(const json::Value& v, Airport& out) {
-    json::decodeFields(v, out);
-}
-
-json::Json encode(const Airport& a) {
-    return json::encodeFields(a);
-}
+TRIPKIT_JSON_CODEC(Airport)
 
 const Airports& Airports::shipped() {
     static const Airports catalog =

@@ -170,13 +170,9 @@ json::Json encode(PriceCheck::Verdict verdict) {
     return std::string(PriceCheck::text(verdict));
 }
 
-void decode(const json::Value& v, NightPrice& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_CODEC(NightPrice)
 
-void decode(const json::Value& v, PriceCheck& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_CODEC(PriceCheck)
 
 json::Json encode(const HistoryBook& b) {
     json::Json out = json::Json::object();
@@ -191,14 +187,6 @@ json::Json encode(const HistoryBook& b) {
     }
     out["routes"] = std::move(routes);
     return out;
-}
-
-json::Json encode(const NightPrice& n) {
-    return json::encodeFields(n);
-}
-
-json::Json encode(const PriceCheck& c) {
-    return json::encodeFields(c);
 }
 
 }  // namespace tripkit

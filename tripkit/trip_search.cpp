@@ -32,12 +32,6 @@ struct json::Fields<TripSearch> {
         json::field("fares", &T::fares), json::field("maxTotal", &T::maxTotal, json::amount)};
 };
 
-void decode(const json::Value& v, TripSearch& out) {
-    json::decodeFields(v, out);
-}
-
-json::Json encode(const TripSearch& s) {
-    return json::encodeFields(s);
-}
+TRIPKIT_JSON_CODEC(TripSearch)
 
 }  // namespace tripkit

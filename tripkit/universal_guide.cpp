@@ -261,62 +261,20 @@ struct json::Fields<UniversalGuide> {
                    json::field("transport", &T::transport)};
 };
 
-void decode(const json::Value& v, UniversalGuide::Coverage& out) {
-    json::decodeFields(v, out);
-}
-void decode(const json::Value& v, UniversalGuide::Taxes& out) {
-    json::decodeFields(v, out);
-}
-void decode(const json::Value& v, UniversalGuide::Hotel& out) {
-    json::decodeFields(v, out);
-}
-void decode(const json::Value& v, UniversalGuide::ParkPrice& out) {
-    json::decodeFields(v, out);
-}
-void decode(const json::Value& v, UniversalGuide::Published& out) {
-    json::decodeFields(v, out);
-}
-void decode(const json::Value& v, UniversalGuide::Tickets& out) {
-    json::decodeFields(v, out);
-}
-void decode(const json::Value& v, UniversalGuide::Shuttle& out) {
-    json::decodeFields(v, out);
-}
-void decode(const json::Value& v, UniversalGuide::Transport& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_CODEC(UniversalGuide::Coverage)
+TRIPKIT_JSON_CODEC(UniversalGuide::Taxes)
+TRIPKIT_JSON_CODEC(UniversalGuide::Hotel)
+TRIPKIT_JSON_CODEC(UniversalGuide::ParkPrice)
+TRIPKIT_JSON_CODEC(UniversalGuide::Published)
+TRIPKIT_JSON_CODEC(UniversalGuide::Tickets)
+TRIPKIT_JSON_CODEC(UniversalGuide::Shuttle)
+TRIPKIT_JSON_CODEC(UniversalGuide::Transport)
 
 void decode(const json::Value& v, UniversalGuide& out) {
     out.m_days.drop();  // rebuilt from the new fields
     json::decodeFields(v, out);
 }
 
-json::Json encode(const UniversalGuide::Coverage& c) {
-    return json::encodeFields(c);
-}
-json::Json encode(const UniversalGuide::Taxes& t) {
-    return json::encodeFields(t);
-}
-json::Json encode(const UniversalGuide::Hotel& h) {
-    return json::encodeFields(h);
-}
-json::Json encode(const UniversalGuide::ParkPrice& p) {
-    return json::encodeFields(p);
-}
-json::Json encode(const UniversalGuide::Published& p) {
-    return json::encodeFields(p);
-}
-json::Json encode(const UniversalGuide::Tickets& t) {
-    return json::encodeFields(t);
-}
-json::Json encode(const UniversalGuide::Shuttle& s) {
-    return json::encodeFields(s);
-}
-json::Json encode(const UniversalGuide::Transport& t) {
-    return json::encodeFields(t);
-}
-json::Json encode(const UniversalGuide& g) {
-    return json::encodeFields(g);
-}
+TRIPKIT_JSON_ENCODER(UniversalGuide)
 
 }  // namespace tripkit

@@ -295,9 +295,7 @@ struct json::Fields<WearGuide> {
         json::field("usesTypical", &T::usesTypical), json::field("planDays", &T::planDays)};
 };
 
-json::Json encode(const WearGuide& guide) {
-    return json::encodeFields(guide);
-}
+TRIPKIT_JSON_ENCODER(WearGuide)
 
 WearDay WhatToWear::typicalDay(const std::vector<WearMonth>& months, Day day) {
     const CivilDate civil = day.civil();

@@ -139,37 +139,15 @@ json::Json encode(WearDay::Source source) {
     return std::string(caseName(source));
 }
 
-void decode(const json::Value& v, WearDay& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_CODEC(WearDay)
 
-json::Json encode(const WearDay& d) {
-    return json::encodeFields(d);
-}
+TRIPKIT_JSON_CODEC(WearMonth)
 
-void decode(const json::Value& v, WearMonth& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_CODEC(WearPlace)
 
-json::Json encode(const WearMonth& m) {
-    return json::encodeFields(m);
-}
+TRIPKIT_JSON_DECODER(WearClimate::File::Source)
 
-void decode(const json::Value& v, WearPlace& out) {
-    json::decodeFields(v, out);
-}
-
-json::Json encode(const WearPlace& p) {
-    return json::encodeFields(p);
-}
-
-void decode(const json::Value& v, WearClimate::File::Source& out) {
-    json::decodeFields(v, out);
-}
-
-void decode(const json::Value& v, WearClimate::File& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_DECODER(WearClimate::File)
 
 const WearClimate::File& WearClimate::File::shipped() {
     static const File file =
@@ -188,9 +166,7 @@ const WearPlace* WearClimate::File::find(std::string_view name, std::string_view
     return nullptr;
 }
 
-void decode(const json::Value& v, WearClimate::Daily::Geometry& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_DECODER(WearClimate::Daily::Geometry)
 
 void decode(const json::Value& v, WearClimate::Daily::Props& out) {
     out.parameter.clear();
@@ -203,9 +179,7 @@ void decode(const json::Value& v, WearClimate::Daily::Props& out) {
     });
 }
 
-void decode(const json::Value& v, WearClimate::Daily& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_DECODER(WearClimate::Daily)
 
 void decode(const json::Value& v, WearClimate::UvClimatology& out) {
     out.months = {};

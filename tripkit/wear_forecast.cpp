@@ -104,9 +104,7 @@ struct json::Fields<WearForecast::Doc> {
         std::tuple{json::field("properties", &WearForecast::Doc::properties)};
 };
 
-void decode(const json::Value& v, WearForecast::Doc::StepData& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_DECODER(WearForecast::Doc::StepData)
 
 void decode(const json::Value& v, WearForecast::Doc::Step& out) {
     const json::Value time = v.field("time");
@@ -117,13 +115,9 @@ void decode(const json::Value& v, WearForecast::Doc::Step& out) {
     out.data = v.get<WearForecast::Doc::StepData>("data");
 }
 
-void decode(const json::Value& v, WearForecast::Doc::Props& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_DECODER(WearForecast::Doc::Props)
 
-void decode(const json::Value& v, WearForecast::Doc& out) {
-    json::decodeFields(v, out);
-}
+TRIPKIT_JSON_DECODER(WearForecast::Doc)
 
 std::string WearForecast::path(double lat, double lon) {
     return fmt::format("/weatherapi/locationforecast/2.0/complete?lat={:.4f}&lon={:.4f}", lat, lon);

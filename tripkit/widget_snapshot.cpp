@@ -48,17 +48,7 @@ struct json::Fields<WidgetSnapshot> {
         json::field("bestDeal", &T::bestDeal), json::field("watched", &T::watched)};
 };
 
-void decode(const json::Value& v, WidgetSnapshot::Item& out) {
-    json::decodeFields(v, out);
-}
-void decode(const json::Value& v, WidgetSnapshot& out) {
-    json::decodeFields(v, out);
-}
-json::Json encode(const WidgetSnapshot::Item& item) {
-    return json::encodeFields(item);
-}
-json::Json encode(const WidgetSnapshot& s) {
-    return json::encodeFields(s);
-}
+TRIPKIT_JSON_CODEC(WidgetSnapshot::Item)
+TRIPKIT_JSON_CODEC(WidgetSnapshot)
 
 }  // namespace tripkit
