@@ -105,7 +105,7 @@ ConditionalResponse perform(const ConditionalRequest& request, const HttpOptions
     curl_easy_setopt(h, CURLOPT_CONNECTTIMEOUT, options.connectTimeoutSeconds);
     curl_easy_setopt(h, CURLOPT_TIMEOUT, options.totalTimeoutSeconds);
     curl_easy_setopt(h, CURLOPT_USERAGENT, options.userAgent.c_str());
-    curl_easy_setopt(h, CURLOPT_ACCEPT_ENCODING, "");  // whatever libcurl can decode
+    if (options.compressed) curl_easy_setopt(h, CURLOPT_ACCEPT_ENCODING, "");
     curl_easy_setopt(h, CURLOPT_WRITEFUNCTION, onBody);
     curl_easy_setopt(h, CURLOPT_WRITEDATA, &received);
     curl_easy_setopt(h, CURLOPT_HEADERFUNCTION, onHeader);

@@ -19,6 +19,7 @@ struct HttpOptions {
     std::string userAgent = "Roamwise/1.0";
     long connectTimeoutSeconds = defaultConnectTimeoutSeconds;
     long totalTimeoutSeconds = defaultTotalTimeoutSeconds;
+    bool compressed = true;  // ask for gzip, brotli, ... (whatever libcurl decodes)
 };
 
 // A conditional GET for services that say how long their answer is good

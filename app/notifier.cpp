@@ -2,6 +2,8 @@
 
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
 #include <QDBusReply>
 #include <QVariantMap>
 
@@ -9,8 +11,7 @@ namespace roamwise::app {
 
 namespace {
 constexpr const char* kInterface = "org.freedesktop.Notifications";
-// A notification that times out answers a blocked desktop at worst; the
-// call must not freeze the window.
+// How long an answer from the notification server is waited for.
 constexpr int kCallTimeoutMs = 3000;
 }  // namespace
 
@@ -41,10 +42,16 @@ bool DBusNotifier::post(const Notification& notification) {
     call << QString(appName) << m_byIdentifier.value(identifier, 0u) << QString("roamwise")
          << QString::fromStdString(notification.title) << QString::fromStdString(notification.body)
          << QStringList{"default", "Show alerts"} << hints << timeoutDefault;
-    const QDBusReply<uint> reply = m_bus.call(call, QDBus::Block, kCallTimeoutMs);
-    if (!reply.isValid()) return false;
-    m_shown.insert(reply.value(), notification);
-    m_byIdentifier.insert(identifier, reply.value());
+    // Asynchronous: the window never waits on the desktop's notification server.
+    QDBusPendingCallWatcher* watcher = new QDBusPendingCallWatcher(m_bus.asyncCall(call, kCallTimeoutMs), this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this,
+            [this, notification, identifier](QDBusPendingCallWatcher* finished) {
+                finished->deleteLater();
+                const QDBusPendingReply<uint> reply = *finished;
+                if (reply.isError()) return;  // not shown; the alerts list still has it
+                m_shown.insert(reply.value(), notification);
+                m_byIdentifier.insert(identifier, reply.value());
+            });
     return true;
 }
 
