@@ -22,6 +22,9 @@ void addBestTimeCommand(CLI::App& root, Io& io);
 void addWearCommand(CLI::App& root, Io& io);
 void addClimateCommand(CLI::App& root, Io& io);
 void addForecastCommand(CLI::App& root, Io& io);
+void addRefreshCommand(CLI::App& root, Io& io);
+void addStatusCommand(CLI::App& root, Io& io);
+void addWidgetCommand(CLI::App& root, Io& io);
 
 // In the order `--help` lists them.
 inline const std::vector<CommandAdder>& allCommands() {
@@ -42,6 +45,9 @@ inline const std::vector<CommandAdder>& allCommands() {
         addWearCommand,
         addClimateCommand,
         addForecastCommand,
+        addRefreshCommand,
+        addStatusCommand,
+        addWidgetCommand,
     };
     return adders;
 }

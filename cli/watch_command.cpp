@@ -8,6 +8,8 @@
 
 #include <fmt/format.h>
 
+#include "app/app_model.h"
+#include "app/storage.h"
 #include "cli/arguments.h"
 #include "cli/commands.h"
 #include "tripkit/alerts.h"
@@ -23,14 +25,21 @@ namespace {
 
 // A missing file is an empty list; one that does not decode stops the
 // command and is left exactly as it is.
-std::vector<Watch> readWatches(const std::string& path) {
+// The file given, else the one the desktop application uses.
+std::string watchesPath(const std::string& given) {
+    if (!given.empty()) return given;
+    return (app::Folders::standard().store + "/" + app::UserFiles::watches).toStdString();
+}
+
+std::vector<Watch> readWatches(const std::string& given) {
+    const std::string path = watchesPath(given);
     std::optional<simdjson::padded_string> bytes = FileReader::read(path);
     if (!bytes) return {};
     return json::decodePadded<std::vector<Watch>>(std::move(*bytes), path);
 }
 
-void writeWatches(const std::string& path, const std::vector<Watch>& watches) {
-    writeFileAtomically(path, json::array(watches).dump(2) + "\n");
+void writeWatches(const std::string& given, const std::vector<Watch>& watches) {
+    app::saveFile(QString::fromStdString(watchesPath(given)), json::array(watches).dump(2) + "\n");
 }
 
 std::string newID() {
@@ -96,7 +105,8 @@ void addWatchCommand(CLI::App& root, Io& io) {
     CLI::App* watch = root.add_subcommand("watch", "Price watches: add, list, check, remove");
     watch->require_subcommand(1);
     auto fileOption = [&](CLI::App* command) {
-        command->add_option("--file", options->file, "The watches file (watches.json)")->required();
+        command->add_option("--file", options->file,
+                            "The watches file (default: the application's own watches.json)");
     };
 
     CLI::App* add = watch->add_subcommand("add", "Watch the cheapest round trip to a destination");

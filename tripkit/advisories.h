@@ -32,6 +32,10 @@ struct Advisories {
         std::optional<std::string> updated;                // "Updated", a timestamp
     };
 
+    // The State Department's public data service.
+    static constexpr std::string_view serviceURL = "https://cadataapi.state.gov/api/TravelAdvisories";
+    static constexpr const char* failedText = "Couldn’t reach the State Department’s advisories.";
+
     static constexpr int lowestLevel = 1;
     static constexpr int highestLevel = 4;
 

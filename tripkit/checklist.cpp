@@ -17,6 +17,28 @@ struct json::Fields<PackingItem> {
 
 TRIPKIT_JSON_CODEC(PackingItem)
 
+void decode(const json::Value& v, TripDate& out) {
+    out.destination = v.get<std::string>("destination");
+    out.depart = v.get<Day>("depart");
+    out.reminded = v.getOptional<Day>("reminded");
+}
+
+json::Json encode(const TripDate& trip) {
+    json::Json out = json::Json::object();
+    out["destination"] = trip.destination;
+    out["depart"] = encode(trip.depart);
+    json::putOptional(out, "reminded", trip.reminded);
+    return out;
+}
+
+std::string TripDate::title(const std::string& place) { return reminderTitle + place; }
+
+std::string TripDate::body() const {
+    return "Your trip is on " + depart.text() +
+           ". Make sure your passport is valid, and check the State Department’s current "
+           "processing times if you need a new one.";
+}
+
 std::string Packing::idFor(const std::string& title) {
     std::string id;
     bool gap = false;

@@ -89,6 +89,24 @@ struct PassportReminder {
     friend bool operator==(const PassportReminder&, const PassportReminder&) = default;
 };
 
+// A trip the user has dates for ("trip-dates.json" holds an array of them):
+// the passport reminder is kept for it.
+struct TripDate {
+    std::string destination;  // destination code
+    Day depart;
+    std::optional<Day> reminded;  // the day the reminder was shown; once per trip
+
+    static constexpr const char* reminderTitle = "Passport check: ";
+    // "Passport check: " + the place.
+    static std::string title(const std::string& place);
+    // "Your trip is on " + the date + ". Make sure your passport ...".
+    std::string body() const;
+    friend bool operator==(const TripDate&, const TripDate&) = default;
+};
+
+void decode(const json::Value& v, TripDate& out);
+json::Json encode(const TripDate& trip);
+
 }  // namespace tripkit
 
 template <>

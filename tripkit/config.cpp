@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "tripkit/advisories.h"
 #include "tripkit/config_defaults.h"
 
 namespace tripkit {
@@ -22,6 +23,12 @@ std::optional<std::string> Config::setting(const char* name, const Environment& 
 
 FeedHosts Config::feedHosts(const Environment& environment) {
     return FeedHosts::make(setting("RWDataURL", environment), std::string(defaultDataURL));
+}
+
+std::string Config::advisoriesURL(const Environment& environment) {
+    std::optional<std::string> configured = setting("RWAdvisoriesURL", environment);
+    if (configured && isHttpsUrl(*configured)) return *configured;
+    return std::string(Advisories::serviceURL);
 }
 
 PartnerConfig Config::partners(const Environment& environment) {

@@ -27,6 +27,9 @@ struct Config {
     static std::optional<std::string> setting(const char* name, const Environment& environment);
 
     static FeedHosts feedHosts(const Environment& environment);
+    // The advisories service: RWAdvisoriesURL when it is an https address
+    // (a mirror, or a test host), else the State Department's own.
+    static std::string advisoriesURL(const Environment& environment);
     static PartnerConfig partners(const Environment& environment);
 };
 

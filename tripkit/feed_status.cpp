@@ -22,4 +22,19 @@ std::optional<FeedStatus::Empty> FeedStatus::emptyReason(const FeedStatus& statu
     return std::nullopt;
 }
 
+std::optional<std::string> FeedStatus::message() const {
+    switch (kind) {
+        case Kind::loaded: return std::nullopt;
+        case Kind::unavailable: return std::string(unavailableText);
+        case Kind::failed: return std::string(failedText);
+        case Kind::offline: return "Offline: showing fares saved " + savedDay.text() + ". Pull to refresh.";
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> FeedStatus::detail() const {
+    if (kind == Kind::offline) return std::string(offlineDetail);
+    return std::nullopt;
+}
+
 }  // namespace tripkit

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 
 #include "tripkit/days.h"
 
@@ -29,6 +30,17 @@ struct FeedStatus {
     static FeedStatus decide(bool mainMissing, bool mainFailed, std::optional<Day> saved, int deals,
                              Day today);
     static std::optional<Empty> emptyReason(const FeedStatus& status, int dealsBeforeFilters);
+
+    static constexpr const char* unavailableText = "No nightly fares for this airport yet";
+    static constexpr const char* failedText =
+        "Couldn’t load today’s fares. Check your connection and try again.";
+    static constexpr const char* offlineDetail = "Using the last copy";
+
+    // The deals screen's text for this state; nothing when loaded.
+    // Offline: "Offline: showing fares saved 2026-11-22. Pull to refresh."
+    std::optional<std::string> message() const;
+    // Settings' line: "Using the last copy" when offline; nothing otherwise.
+    std::optional<std::string> detail() const;
 
     friend bool operator==(const FeedStatus&, const FeedStatus&) = default;
 };

@@ -1,0 +1,280 @@
+// The model end to end: a first start without a data host, the switch to a
+// live host, and a watch whose price drops between two nights of sample data
+// turned into a desktop notification on a private session bus, whose action
+// opens the alerts list.
+#include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QElapsedTimer>
+#include <QFile>
+#include <QProcess>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QVariantMap>
+
+#include <gtest/gtest.h>
+
+#include "app/app_model.h"
+#include "app/notifier.h"
+#include "app/storage.h"
+#include "app/tests/test_host.h"
+#include "feedgen/feed.h"
+#include "tripkit/alerts.h"
+#include "tripkit/widget_snapshot.h"
+
+namespace roamwise::app {
+
+// Stands in for the desktop's notification server.
+class FakeNotifications : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.Notifications")
+
+public:
+    struct Shown {
+        QString app, summary, body;
+        QStringList actions;
+        uint id = 0;
+    };
+    std::vector<Shown> shown;
+
+public slots:
+    uint Notify(const QString& app, uint, const QString&, const QString& summary, const QString& body,
+                const QStringList& actions, const QVariantMap&, int) {
+        shown.push_back({app, summary, body, actions, static_cast<uint>(shown.size() + 1)});
+        return shown.back().id;
+    }
+};
+
+namespace {
+
+using namespace tripkit;
+using testing::TestHost;
+
+bool waitFor(const std::function<bool()>& done, int ms = 60000) {
+    QElapsedTimer timer;
+    timer.start();
+    while (!done() && timer.elapsed() < ms) QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    return done();
+}
+
+void refreshAndWait(AppModel& model) {
+    bool finished = false;
+    auto connection = QObject::connect(&model, &AppModel::refreshFinished, [&] { finished = true; });
+    model.refresh();
+    ASSERT_TRUE(waitFor([&] { return finished; }));
+    QObject::disconnect(connection);
+}
+
+void serveNight(TestHost& host, Day day) {
+    feedgen::Options options;
+    options.today = day;
+    options.airports = {"JFK"};
+    host.clear();
+    for (const auto& [path, bytes] : feedgen::generate(options)) host.set("/roamwise-data/" + path, {200, bytes, {}});
+    host.set("/api/TravelAdvisories", {200, feedgen::advisoriesFile(options), {}});
+}
+
+struct ModelTest : ::testing::Test {
+    QTemporaryDir folder;
+    TestHost host;
+    Day today = Day::fromCivil(2026, 11, 20);
+    std::map<std::string, std::string> configuration;
+
+    AppEnvironment environment(std::string defaultHost) {
+        AppEnvironment env;
+        env.folders = {folder.path() + "/cache", folder.path() + "/data"};
+        env.settingsFile = folder.path() + "/settings.ini";
+        env.loader = testing::testLoader(std::move(defaultHost));
+        env.today = [this] { return today; };
+        env.configuration = [this](const char* name) -> const char* {
+            auto found = configuration.find(name);
+            return found == configuration.end() ? nullptr : found->second.c_str();
+        };
+        env.autoRefresh = false;
+        return env;
+    }
+};
+
+TEST_F(ModelTest, FirstStartWithoutAHostShowsTodaysSampleAndRWDataURLSwitchesToLive) {
+    const std::string down = "https://127.0.0.1:" + std::to_string(testing::closedPort()) + "/";
+    configuration["RWAdvisoriesURL"] = down + "api/TravelAdvisories";
+    {
+        AppModel model(environment(down));
+        EXPECT_TRUE(model.sampleMode());  // at once, before any fetch
+        EXPECT_FALSE(model.deals().empty());
+        refreshAndWait(model);
+        EXPECT_TRUE(model.sampleMode());
+        EXPECT_EQ(model.faresLoad(), Load::failed);
+        EXPECT_EQ(model.faresMessage(), std::string(FeedStatus::failedText));
+        EXPECT_EQ(model.advisoriesMessage(), std::string(Advisories::failedText));
+        EXPECT_FALSE(model.deals().empty());
+        EXPECT_EQ(model.homeAirports(), std::vector<std::string>{"JFK"});
+    }
+    serveNight(host, today);
+    configuration["RWDataURL"] = host.url() + "roamwise-data";
+    configuration["RWAdvisoriesURL"] = host.url() + "api/TravelAdvisories";
+    AppModel model(environment(down));
+    EXPECT_EQ(model.dataHosts().front(), host.url() + "roamwise-data/");
+    refreshAndWait(model);
+    EXPECT_FALSE(model.sampleMode());
+    EXPECT_EQ(model.faresLoad(), Load::loaded);
+    EXPECT_FALSE(model.faresMessage());
+    EXPECT_EQ(model.dataHost(), host.url() + "roamwise-data/");
+    EXPECT_EQ(model.advisoriesLoad(), Load::loaded);
+    EXPECT_EQ(model.advisoriesUpdated(), today);
+    ASSERT_TRUE(model.fareBooks().count("JFK"));
+    EXPECT_EQ(model.fareBooks().at("JFK").updatedDay(), today);
+
+    // The widget's snapshot follows the refresh.
+    auto bytes = FileReader::read((folder.path() + "/data/widget.json").toStdString());
+    ASSERT_TRUE(bytes);
+    const auto snapshot = json::decodePadded<WidgetSnapshot>(std::move(*bytes), "widget.json");
+    EXPECT_EQ(snapshot.updated, today);
+    ASSERT_TRUE(snapshot.bestDeal);
+    EXPECT_EQ(snapshot.bestDeal->origin, "JFK");
+
+    // A restart shows the saved copy at once, before any fetch.
+    AppModel again(environment(down));
+    EXPECT_FALSE(again.sampleMode());
+    EXPECT_EQ(again.deals(), model.deals());
+}
+
+// A destination whose cheapest fresh trip is at least $5 cheaper the next
+// night, with the day it is seen first.
+std::optional<std::pair<std::string, Day>> dropBetweenNights(Day from) {
+    auto calendarOf = [](Day day) {
+        feedgen::Options options;
+        options.today = day;
+        options.airports = {"JFK"};
+        return FareCalendar({json::decodeDocument<CalendarBook>(feedgen::calendarFile(options, "JFK"), "c")});
+    };
+    for (Day day = from; day < from + 30; day = day + 1) {
+        const FareCalendar before = calendarOf(day);
+        const FareCalendar after = calendarOf(day + 1);
+        for (const auto& [code, row] : before.byDestination) {
+            const Watch::Route route{code, code, std::nullopt};
+            const auto p1 = Alerts::routePrice(route, before, day);
+            const auto p2 = Alerts::routePrice(route, after, day + 1);
+            if (p1 && p2 && *p2 <= *p1 - Alerts::minDrop && Destinations::shipped().find(code)) {
+                return std::pair(code, day);
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+TEST_F(ModelTest, AWatchDropBecomesANotificationWhoseActionOpensTheAlerts) {
+    // A session bus of our own, with a notification server registered on it.
+    QProcess daemon;
+    daemon.start("dbus-daemon", {"--session", "--nofork", "--print-address=1"});
+    ASSERT_TRUE(daemon.waitForStarted());
+    ASSERT_TRUE(daemon.waitForReadyRead(10000));
+    const QString address = QString::fromUtf8(daemon.readLine()).trimmed();
+    QDBusConnection serverBus = QDBusConnection::connectToBus(address, "notification-server");
+    QDBusConnection appBus = QDBusConnection::connectToBus(address, "roamwise");
+    ASSERT_TRUE(serverBus.isConnected() && appBus.isConnected());
+    FakeNotifications server;
+    ASSERT_TRUE(serverBus.registerService(DBusNotifier::service));
+    ASSERT_TRUE(serverBus.registerObject(DBusNotifier::path, &server, QDBusConnection::ExportAllSlots));
+
+    const auto drop = dropBetweenNights(today);
+    ASSERT_TRUE(drop) << "the sample data has no drop in a month";
+    const auto& [code, day] = *drop;
+    today = day;
+    serveNight(host, today);
+    configuration["RWDataURL"] = host.url() + "roamwise-data/";
+    configuration["RWAdvisoriesURL"] = host.url() + "api/TravelAdvisories";
+    AppEnvironment env = environment(host.url());
+    auto notifier = std::make_shared<DBusNotifier>(appBus);
+    EXPECT_TRUE(notifier->available());
+    env.notifier = notifier;
+    {
+        AppModel model(env);
+        bool raised = false;
+        QObject::connect(&model, &AppModel::raiseRequested, [&] { raised = true; });
+        Watch watch;
+        watch.id = Watch::makeID(1, 2);
+        watch.kind = Watch::Route{code, Destinations::shipped().find(code)->name, std::nullopt};
+        watch.created = today;
+        model.addWatch(watch);
+
+        refreshAndWait(model);  // the first night only records the price
+        ASSERT_TRUE(model.watches().front().lastPrice);
+        const double first = *model.watches().front().lastPrice;
+        EXPECT_TRUE(server.shown.empty());
+
+        today = day + 1;
+        serveNight(host, today);
+        refreshAndWait(model);
+        ASSERT_TRUE(waitFor([&] { return !server.shown.empty(); }));
+        ASSERT_EQ(server.shown.size(), 1u);
+        const FakeNotifications::Shown& shown = server.shown.front();
+        EXPECT_EQ(shown.app, "Roamwise");
+        EXPECT_EQ(shown.summary.toStdString(), "Price drop: " + watch.name());
+        EXPECT_TRUE(shown.body.contains(" round trip, the cheapest found in recent searches (was $"));
+        EXPECT_TRUE(shown.body.endsWith(". Prices change quickly."));
+        EXPECT_TRUE(shown.actions.contains("default"));
+        EXPECT_LE(*model.watches().front().lastPrice, first - Alerts::minDrop);
+
+        // The user clicks it: the window comes forward with the alerts list.
+        EXPECT_FALSE(model.showingAlerts());
+        QDBusMessage invoked = QDBusMessage::createSignal(DBusNotifier::path, DBusNotifier::service, "ActionInvoked");
+        invoked << shown.id << QString("default");
+        ASSERT_TRUE(serverBus.send(invoked));
+        EXPECT_TRUE(waitFor([&] { return model.showingAlerts(); }));
+        EXPECT_TRUE(raised);
+
+        // The watch's new price is on disk.
+        const auto saved = UserFiles::readList<Watch>(folder.path() + "/data", UserFiles::watches, today);
+        ASSERT_EQ(saved.size(), 1u);
+        EXPECT_EQ(saved.front().lastPrice, model.watches().front().lastPrice);
+    }
+    QDBusConnection::disconnectFromBus("notification-server");
+    QDBusConnection::disconnectFromBus("roamwise");
+    daemon.terminate();
+    daemon.waitForFinished();
+}
+
+TEST_F(ModelTest, PreferencesFallBackAndTheOldHomeAirportKeyIsRead) {
+    {
+        QSettings settings(folder.path() + "/settings.ini", QSettings::IniFormat);
+        settings.setValue("homeAirport", "lax");
+        settings.setValue("maxLevel", "three");
+        settings.setValue("search", "{not json");
+    }
+    configuration["RWAdvisoriesURL"] = host.url() + "api/TravelAdvisories";
+    AppModel model(environment(host.url()));
+    EXPECT_EQ(model.homeAirports(), std::vector<std::string>{"LAX"});
+    EXPECT_EQ(model.maxLevel(), AppModel::defaultMaxLevel);
+    EXPECT_EQ(model.search(Park::disney).origin, "LAX");
+    model.setHomeAirports({"sfo", "SFO", "bos", "ord", "dfw"});
+    EXPECT_EQ(model.homeAirports(), (std::vector<std::string>{"SFO", "BOS", "ORD"}));
+    EXPECT_TRUE(waitFor([&] { return !model.refreshing(); }));
+    AppModel again(environment(host.url()));
+    EXPECT_EQ(again.homeAirports(), (std::vector<std::string>{"SFO", "BOS", "ORD"}));
+
+    // Only https links of a plain host are handed to the opener.
+    std::vector<std::string> opened;
+    AppEnvironment env = environment(host.url());
+    env.linkOpener = [&](const std::string& url) {
+        opened.push_back(url);
+        return true;
+    };
+    AppModel linking(env);
+    EXPECT_TRUE(linking.openLink("https://www.aviasales.com/search/JFK1405LIS2105"));
+    EXPECT_FALSE(linking.openLink("http://www.aviasales.com/search"));
+    EXPECT_FALSE(linking.openLink("javascript:alert(1)"));
+    EXPECT_FALSE(linking.openLink("https://user@evil.example/"));
+    EXPECT_EQ(opened, std::vector<std::string>{"https://www.aviasales.com/search/JFK1405LIS2105"});
+}
+
+}  // namespace
+}  // namespace roamwise::app
+
+int main(int argc, char** argv) {
+    QCoreApplication app(argc, argv);
+    ::testing::InitGoogleTest(&argc, argv);
+    return RUN_ALL_TESTS();
+}
+
+#include "model_test.moc"
