@@ -17,19 +17,14 @@ struct json::Fields<PackingItem> {
 
 TRIPKIT_JSON_CODEC(PackingItem)
 
-void decode(const json::Value& v, TripDate& out) {
-    out.destination = v.get<std::string>("destination");
-    out.depart = v.get<Day>("depart");
-    out.reminded = v.getOptional<Day>("reminded");
-}
+template <>
+struct json::Fields<TripDate> {
+    static constexpr auto list = std::tuple{json::field("destination", &TripDate::destination),
+                                            json::field("depart", &TripDate::depart),
+                                            json::field("reminded", &TripDate::reminded)};
+};
 
-json::Json encode(const TripDate& trip) {
-    json::Json out = json::Json::object();
-    out["destination"] = trip.destination;
-    out["depart"] = encode(trip.depart);
-    json::putOptional(out, "reminded", trip.reminded);
-    return out;
-}
+TRIPKIT_JSON_CODEC(TripDate)
 
 std::string TripDate::title(const std::string& place) { return reminderTitle + place; }
 
