@@ -410,6 +410,7 @@ void DealsView::updateGetaways() {
                      ? Getaways::find(calendar, timing(), length(), to, std::nullopt, today)
                      : Getaways::find(allowedOnly(calendar, q.filter), timing(), length(), to, std::nullopt, today);
 
+    m_getawayTable->setColumnHidden(4, !timing().isHoliday());
     m_getawayTable->setRowCount(static_cast<int>(m_getaways.size()));
     for (int row = 0; row < static_cast<int>(m_getaways.size()); ++row) {
         const Getaway& g = m_getaways[static_cast<std::size_t>(row)];

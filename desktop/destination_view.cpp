@@ -153,7 +153,8 @@ QWidget* DestinationView::makeHeader(QWidget* parent) {
     title->setFont(big);
     layout->addWidget(title);
     if (m_place) {
-        QString where = Texts::of(m_place->region.empty() ? m_place->country : m_place->region + ", " + m_place->country);
+        const bool regionSaysIt = m_place->region.empty() || m_place->region == m_place->country;
+        QString where = Texts::of(regionSaysIt ? m_place->country : m_place->region + ", " + m_place->country);
         layout->addWidget(wrapped(where + QStringLiteral(" · %1").arg(Texts::of(m_place->code)), box));
         if (!m_place->blurb.empty()) layout->addWidget(wrapped(Texts::of(m_place->blurb), box));
     }
@@ -356,7 +357,8 @@ QWidget* DestinationView::makeMonths(QWidget* parent) {
     m_months->setSelectionBehavior(QAbstractItemView::SelectRows);
     m_months->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
     m_months->horizontalHeader()->setStretchLastSection(true);
-    m_months->setMinimumHeight(200);
+    // Every month at once: the stars are only useful side by side.
+    m_months->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     layout->addWidget(m_months);
     auto* note = wrapped({}, box, "bestTimeNote");
     layout->addWidget(note);
@@ -385,6 +387,10 @@ void DestinationView::updateMonths() {
         for (int column = 0; column < cells.size(); ++column) m_months->setItem(row, column, new QTableWidgetItem(cells[column]));
         ++row;
     }
+    m_months->resizeRowsToContents();
+    int height = m_months->horizontalHeader()->sizeHint().height() + 2 * m_months->frameWidth();
+    for (int r = 0; r < m_months->rowCount(); ++r) height += m_months->rowHeight(r);
+    m_months->setFixedHeight(height);
     auto* note = findChild<QLabel*>("bestTimeNote");
     auto* credit = findChild<QLabel*>("climateCredit");
     if (weather) {
@@ -621,7 +627,7 @@ QWidget* DestinationView::makeEntry(QWidget* parent) {
 
     m_checklist = new QListWidget(box);
     m_checklist->setObjectName("checklist");
-    m_checklist->setMinimumHeight(160);
+    m_checklist->setMinimumHeight(120);
     layout->addWidget(m_checklist);
     connect(m_checklist, &QListWidget::itemChanged, this, [this](QListWidgetItem* item) {
         m_model.setPacked(item->data(Qt::UserRole).toString().toStdString(), item->checkState() == Qt::Checked);
@@ -658,6 +664,7 @@ void DestinationView::updateChecklist() {
         row->setCheckState(item.packed ? Qt::Checked : Qt::Unchecked);
         row->setData(Qt::UserRole, Texts::of(item.id));
     }
+    m_checklist->setVisible(!m_model.packing().empty());
     m_startList->setText(m_model.packing().empty() ? QStringLiteral("Make a packing list for %1").arg(Texts::of(placeName()))
                                                     : QString(Packing::startOver));
 }

@@ -66,6 +66,7 @@ SettingsDialog::SettingsDialog(AppModel& model, QWidget* parent) : QDialog(paren
                            .arg(AppModel::maxHomeAirports),
                        homes);
     left->addWidget(m_homesNote);
+    left->addStretch(1);
     auto* right = new QVBoxLayout;
     m_picker = new AirportPicker(m_model.airports(), "homePicker", homes);
     right->addWidget(m_picker, 1);
@@ -76,7 +77,7 @@ SettingsDialog::SettingsDialog(AppModel& model, QWidget* parent) : QDialog(paren
     homesLayout->addLayout(right, 1);
     layout->addWidget(homes, 1);
 
-    auto* safety = new QGroupBox("Safe & Fun", this);
+    auto* safety = new QGroupBox("Safe && Fun", this);
     auto* safetyLayout = new QVBoxLayout(safety);
     m_level1 = new QRadioButton(kLevel1Text, safety);
     m_level1->setObjectName("level1");
