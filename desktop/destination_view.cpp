@@ -387,7 +387,6 @@ void DestinationView::updateMonths() {
         for (int column = 0; column < cells.size(); ++column) m_months->setItem(row, column, new QTableWidgetItem(cells[column]));
         ++row;
     }
-    m_months->resizeRowsToContents();
     int height = m_months->horizontalHeader()->sizeHint().height() + 2 * m_months->frameWidth();
     for (int r = 0; r < m_months->rowCount(); ++r) height += m_months->rowHeight(r);
     m_months->setFixedHeight(height);
