@@ -10,6 +10,7 @@
 
 #include "cli/arguments.h"
 #include "cli/commands.h"
+#include "cli/park_data.h"
 #include "tripkit/alerts.h"
 #include "tripkit/destinations.h"
 #include "tripkit/file_reader.h"
@@ -127,7 +128,9 @@ void addWatchCommand(CLI::App& root, Io& io) {
 
     CLI::App* addTrip = watch->add_subcommand(
         "add-trip", "Watch a theme-park trip's total for check-ins within three days of one");
-    addTrip->add_option("PARK", options->park, "disney")->required()->check(CLI::IsMember({"disney"}));
+    addTrip->add_option("PARK", options->park, "disney or universal")
+        ->required()
+        ->check(CLI::IsMember({"disney", "universal"}));
     addTrip->add_option("--search", options->search, "The trip search (TripSearch JSON)")->required();
     addTrip->add_option("--check-in", options->checkIn, "The chosen check-in day")
         ->required()
@@ -142,7 +145,15 @@ void addWatchCommand(CLI::App& root, Io& io) {
         const Day checkIn = resolveToday(options->checkIn);
         Watch w;
         w.id = newID();
-        w.kind = Watch::Disney{search, DayRange(checkIn, checkIn + search.nights)};
+        const Watch::Disney trip{search, DayRange(checkIn, checkIn + search.nights)};
+        // Both are kept as "disney" watches; the hotels the search takes say which park.
+        if (trip.isUniversal() != (options->park == "universal")) {
+            throw UsageError(
+                "--search: the trip takes " +
+                std::string(trip.isUniversal() ? "Universal Orlando" : "Walt Disney World") +
+                " hotels, not " + options->park + " ones");
+        }
+        w.kind = trip;
         w.created = resolveToday(options->today);
         std::vector<Watch> watches = readWatches(options->file);
         watches.push_back(w);
@@ -185,19 +196,34 @@ void addWatchCommand(CLI::App& root, Io& io) {
     check->callback([options, &io] {
         std::vector<Watch> watches = readWatches(options->file);
         const Day today = resolveToday(options->data.today);
-        const std::optional<FareCalendar> calendar = loadFareCalendar(options->data, io.err);
+        const bool routes = std::any_of(watches.begin(), watches.end(), [](const Watch& w) {
+            return std::holds_alternative<Watch::Route>(w.kind);
+        });
+        const bool trips = std::any_of(watches.begin(), watches.end(), [](const Watch& w) {
+            return std::holds_alternative<Watch::Disney>(w.kind);
+        });
+        // Route watches need the calendars; theme-park watches alone do not.
+        std::optional<FareCalendar> calendar =
+            routes ? loadFareCalendar(options->data, io.err) : FareCalendar();
         if (!calendar) {
             io.status = kNoData;
             return;
         }
-        const bool trips = std::any_of(watches.begin(), watches.end(), [](const Watch& w) {
-            return std::holds_alternative<Watch::Disney>(w.kind);
-        });
+        // Theme-park watches are priced by the planner from the main home
+        // airport's fares and the guides; read only when there is one.
+        std::optional<MainHome> home;
+        std::optional<ParkData> parks;
+        Alerts::TripPricer pricer;
         if (trips) {
-            // The trip planner that prices them is not part of the CLI yet.
-            io.err << "roamwise-cli: theme-park watches are not checked yet; they are left as they were\n";
+            home = loadMainHome(options->data, io.err);
+            parks = loadParkData(options->data, io.err);
+            PlanInputs inputs;
+            inputs.book = home->book ? &*home->book : nullptr;
+            inputs.home = home->airport;
+            inputs.orlando = home->orlando;
+            pricer = Alerts::tripPricer(parks->disney, parks->universal, inputs);
         }
-        const std::vector<WatchAlert> alerts = Alerts::checkAll(watches, *calendar, nullptr, today);
+        const std::vector<WatchAlert> alerts = Alerts::checkAll(watches, *calendar, pricer, today);
         writeWatches(options->file, watches);
 
         auto watchOf = [&](const WatchAlert& a) -> const Watch& {
