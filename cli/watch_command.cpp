@@ -6,11 +6,10 @@
 #include <algorithm>
 #include <random>
 
-#include <fmt/format.h>
-
 #include "cli/arguments.h"
 #include "cli/commands.h"
 #include "cli/park_data.h"
+#include "cli/table.h"
 #include "tripkit/alerts.h"
 #include "tripkit/destinations.h"
 #include "tripkit/file_reader.h"
@@ -63,18 +62,22 @@ void printList(std::ostream& out, const std::vector<Watch>& watches, Day today) 
         out << "No watches.\n";
         return;
     }
-    out << fmt::format("{:<36}  {:<40}  {:>9}  {:>9}  {:<10}\n", "ID", "WATCHING", "TARGET", "LAST",
-                       "CHECKED");
+    Table table;
+    table.columns = {{"ID"},
+                     {"WATCHING", Table::Align::left, 0, 2},
+                     {"TARGET", Table::Align::right, 0, 2},
+                     {"LAST", Table::Align::right, 0, 2},
+                     {"CHECKED", Table::Align::left, 0, 2}};
     for (const Watch& w : watches) {
         std::string what = w.name();
         if (const auto* route = std::get_if<Watch::Route>(&w.kind); route && route->window) {
             what += " " + route->window->first.text() + ".." + route->window->last.text();
         }
         if (w.hasPassed(today)) what += " (These dates have passed)";
-        out << fmt::format("{:<36}  {:<40}  {:>9}  {:>9}  {:<10}\n", w.id, what,
-                           w.target ? money(*w.target) : "any drop", priceText(w.lastPrice),
-                           w.lastChecked ? w.lastChecked->text() : "never");
+        table.add({w.id, what, w.target ? money(*w.target) : "any drop", priceText(w.lastPrice),
+                   w.lastChecked ? w.lastChecked->text() : "never"});
     }
+    table.print(out);
 }
 
 }  // namespace
@@ -247,7 +250,7 @@ void addWatchCommand(CLI::App& root, Io& io) {
         } else {
             for (const WatchAlert& a : alerts) {
                 const AlertNotification n = AlertNotification::of(watchOf(a), a, today);
-                io.out << n.title << "\n  " << n.body << "\n";
+                io.out << shown(n.title) << "\n  " << shown(n.body) << "\n";
             }
         }
         io.status = kOk;

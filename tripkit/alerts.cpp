@@ -82,6 +82,7 @@ AlertNotification AlertNotification::of(const Watch& watch, const WatchAlert& al
                  was + "." + " Prices change quickly.";
     }
     n.identifier = "watch-" + watch.id + "-" + today.text();
+    n.userInfo[watchKey] = watch.id;
     return n;
 }
 

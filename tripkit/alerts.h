@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -76,6 +77,8 @@ struct AlertNotification {
     std::string title;
     std::string body;
     std::string identifier;  // "watch-" + id + "-" + the day, shared prefix per watch
+    // What the notification carries for its response: watchKey -> the watch's id.
+    std::map<std::string, std::string> userInfo;
 
     static AlertNotification of(const Watch& watch, const WatchAlert& alert, Day today);
 };

@@ -144,6 +144,11 @@ TEST(WatchCommand, ThemeParkWatchOnTwoNights) {
               "About $1,101 for the whole trip (was $1,161). Estimates; check before booking.");
     list = runCli({"watch", "list", "--file", file, "--json"});
     EXPECT_EQ(list.json()[0].at("lastAlerted"), 1101);
+    list = runCli({"watch", "list", "--file", file, "--today", "2027-01-14"});
+    EXPECT_NE(list.out.find("Walt Disney World trip checking in 2027-01-11 (These dates have "
+                            "passed)  any drop  $1,101  2026-11-24"),
+              std::string::npos)
+        << list.out;
 }
 
 }  // namespace

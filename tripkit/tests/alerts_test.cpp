@@ -200,6 +200,7 @@ TEST(Alerts, NotificationTexts) {
     EXPECT_EQ(n.body,
               "$1,300 round trip, the cheapest found in recent searches (was $1,305). Prices change quickly.");
     EXPECT_EQ(n.identifier, "watch-" + kID + "-2026-11-23");
+    EXPECT_EQ(n.userInfo, (std::map<std::string, std::string>{{"watch", kID}}));
 
     Watch trip = route;
     trip.kind = Watch::Disney{TripSearch{}, DayRange(Day::fromCivil(2027, 1, 4), Day::fromCivil(2027, 1, 9))};
