@@ -112,13 +112,6 @@ std::vector<MonthSummary> monthsOf(const std::vector<TripQuote>& trips) {
     return out;
 }
 
-// An estimate no found fare scaled still says how unsure it is.
-void giveSpread(FareQuote& leg) {
-    if (leg.estimated && leg.spread == 0) {
-        leg.spread = std::round(leg.price * FareCalibrations::typicalSpread);
-    }
-}
-
 }  // namespace
 
 TripSearchResult TripPlanner::plan(const TripSearch& search, const ParkGuide& guide,
@@ -155,7 +148,10 @@ TripSearchResult TripPlanner::plan(const TripSearch& search, const ParkGuide& gu
         request.day = day;
         request.demand = demand(day);
         FareQuote q = inputs.book ? Fares::quote(*inputs.book, request) : Fares::quote(request);
-        giveSpread(q);
+        // An estimate no found fare scaled still says how unsure it is.
+        if (q.estimated && !request.calibration.at(day)) {
+            q.spread = std::round(q.price * FareCalibrations::typicalSpread);
+        }
         return q;
     };
 
