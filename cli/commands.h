@@ -15,6 +15,7 @@ void addCalendarCommand(CLI::App& root, Io& io);
 void addGetawaysCommand(CLI::App& root, Io& io);
 void addHolidaysCommand(CLI::App& root, Io& io);
 void addParkCommand(CLI::App& root, Io& io);
+void addPlanCommand(CLI::App& root, Io& io);
 void addFeedCommand(CLI::App& root, Io& io);
 void addWatchCommand(CLI::App& root, Io& io);
 void addChecklistCommand(CLI::App& root, Io& io);
@@ -38,6 +39,7 @@ inline const std::vector<CommandAdder>& allCommands() {
         addGetawaysCommand,
         addHolidaysCommand,
         addParkCommand,
+        addPlanCommand,
         addFeedCommand,
         addWatchCommand,
         addChecklistCommand,

@@ -12,6 +12,8 @@
 #include "app/storage.h"
 #include "cli/arguments.h"
 #include "cli/commands.h"
+#include "cli/park_data.h"
+#include "cli/table.h"
 #include "tripkit/alerts.h"
 #include "tripkit/destinations.h"
 #include "tripkit/file_reader.h"
@@ -71,18 +73,22 @@ void printList(std::ostream& out, const std::vector<Watch>& watches, Day today) 
         out << "No watches.\n";
         return;
     }
-    out << fmt::format("{:<36}  {:<40}  {:>9}  {:>9}  {:<10}\n", "ID", "WATCHING", "TARGET", "LAST",
-                       "CHECKED");
+    Table table;
+    table.columns = {{"ID"},
+                     {"WATCHING", Table::Align::left, 0, 2},
+                     {"TARGET", Table::Align::right, 0, 2},
+                     {"LAST", Table::Align::right, 0, 2},
+                     {"CHECKED", Table::Align::left, 0, 2}};
     for (const Watch& w : watches) {
         std::string what = w.name();
         if (const auto* route = std::get_if<Watch::Route>(&w.kind); route && route->window) {
             what += " " + route->window->first.text() + ".." + route->window->last.text();
         }
         if (w.hasPassed(today)) what += " (These dates have passed)";
-        out << fmt::format("{:<36}  {:<40}  {:>9}  {:>9}  {:<10}\n", w.id, what,
-                           w.target ? money(*w.target) : "any drop", priceText(w.lastPrice),
-                           w.lastChecked ? w.lastChecked->text() : "never");
+        table.add({w.id, what, w.target ? money(*w.target) : "any drop", priceText(w.lastPrice),
+                   w.lastChecked ? w.lastChecked->text() : "never"});
     }
+    table.print(out);
 }
 
 }  // namespace
@@ -137,7 +143,9 @@ void addWatchCommand(CLI::App& root, Io& io) {
 
     CLI::App* addTrip = watch->add_subcommand(
         "add-trip", "Watch a theme-park trip's total for check-ins within three days of one");
-    addTrip->add_option("PARK", options->park, "disney")->required()->check(CLI::IsMember({"disney"}));
+    addTrip->add_option("PARK", options->park, "disney or universal")
+        ->required()
+        ->check(CLI::IsMember({"disney", "universal"}));
     addTrip->add_option("--search", options->search, "The trip search (TripSearch JSON)")->required();
     addTrip->add_option("--check-in", options->checkIn, "The chosen check-in day")
         ->required()
@@ -152,7 +160,15 @@ void addWatchCommand(CLI::App& root, Io& io) {
         const Day checkIn = resolveToday(options->checkIn);
         Watch w;
         w.id = newID();
-        w.kind = Watch::Disney{search, DayRange(checkIn, checkIn + search.nights)};
+        const Watch::Disney trip{search, DayRange(checkIn, checkIn + search.nights)};
+        // Both are kept as "disney" watches; the hotels the search takes say which park.
+        if (trip.isUniversal() != (options->park == "universal")) {
+            throw UsageError(
+                "--search: the trip takes " +
+                std::string(trip.isUniversal() ? "Universal Orlando" : "Walt Disney World") +
+                " hotels, not " + options->park + " ones");
+        }
+        w.kind = trip;
         w.created = resolveToday(options->today);
         std::vector<Watch> watches = readWatches(options->file);
         watches.push_back(w);
@@ -195,19 +211,34 @@ void addWatchCommand(CLI::App& root, Io& io) {
     check->callback([options, &io] {
         std::vector<Watch> watches = readWatches(options->file);
         const Day today = resolveToday(options->data.today);
-        const std::optional<FareCalendar> calendar = loadFareCalendar(options->data, io.err);
+        const bool routes = std::any_of(watches.begin(), watches.end(), [](const Watch& w) {
+            return std::holds_alternative<Watch::Route>(w.kind);
+        });
+        const bool trips = std::any_of(watches.begin(), watches.end(), [](const Watch& w) {
+            return std::holds_alternative<Watch::Disney>(w.kind);
+        });
+        // Route watches need the calendars; theme-park watches alone do not.
+        std::optional<FareCalendar> calendar =
+            routes ? loadFareCalendar(options->data, io.err) : FareCalendar();
         if (!calendar) {
             io.status = kNoData;
             return;
         }
-        const bool trips = std::any_of(watches.begin(), watches.end(), [](const Watch& w) {
-            return std::holds_alternative<Watch::Disney>(w.kind);
-        });
+        // Theme-park watches are priced by the planner from the main home
+        // airport's fares and the guides; read only when there is one.
+        std::optional<MainHome> home;
+        std::optional<ParkData> parks;
+        Alerts::TripPricer pricer;
         if (trips) {
-            // The trip planner that prices them is not part of the CLI yet.
-            io.err << "roamwise-cli: theme-park watches are not checked yet; they are left as they were\n";
+            home = loadMainHome(options->data, io.err);
+            parks = loadParkData(options->data, io.err);
+            PlanInputs inputs;
+            inputs.book = home->book ? &*home->book : nullptr;
+            inputs.home = home->airport;
+            inputs.orlando = home->orlando;
+            pricer = Alerts::tripPricer(parks->disney, parks->universal, inputs);
         }
-        const std::vector<WatchAlert> alerts = Alerts::checkAll(watches, *calendar, nullptr, today);
+        const std::vector<WatchAlert> alerts = Alerts::checkAll(watches, *calendar, pricer, today);
         writeWatches(options->file, watches);
 
         auto watchOf = [&](const WatchAlert& a) -> const Watch& {
@@ -231,7 +262,7 @@ void addWatchCommand(CLI::App& root, Io& io) {
         } else {
             for (const WatchAlert& a : alerts) {
                 const AlertNotification n = AlertNotification::of(watchOf(a), a, today);
-                io.out << n.title << "\n  " << n.body << "\n";
+                io.out << shown(n.title) << "\n  " << shown(n.body) << "\n";
             }
         }
         io.status = kOk;

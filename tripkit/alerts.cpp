@@ -1,16 +1,37 @@
 #include "tripkit/alerts.h"
 
+#include <algorithm>
 #include <cctype>
 #include <cmath>
 
 #include <fmt/format.h>
 
+#include "tripkit/universal_guide.h"
+
 namespace tripkit {
+
+bool Watch::Disney::isUniversal(const ParkGuide* universal) const {
+    const ResortChoice& choice = search.resorts;
+    if (choice.kind == ResortChoice::Kind::cheapest) {
+        return !choice.tiers.empty() &&
+               std::all_of(choice.tiers.begin(), choice.tiers.end(),
+                           [](Tier t) { return t == Tier::primeValue || t == Tier::signature; });
+    }
+    const std::vector<ParkResort> hotels =
+        (universal ? *universal : static_cast<const ParkGuide&>(UniversalGuide::shipped()))
+            .parkResorts();
+    return !choice.ids.empty() &&
+           std::all_of(choice.ids.begin(), choice.ids.end(), [&](const std::string& id) {
+               return std::any_of(hotels.begin(), hotels.end(),
+                                  [&](const ParkResort& h) { return h.id == id; });
+           });
+}
 
 std::string Watch::name() const {
     if (const auto* route = std::get_if<Route>(&kind)) return route->place;
     const auto& trip = std::get<Disney>(kind);
-    return "Walt Disney World trip checking in " + trip.window.first.text();
+    return std::string(trip.isUniversal() ? "Universal Orlando" : "Walt Disney World") +
+           " trip checking in " + trip.window.first.text();
 }
 
 bool Watch::hasPassed(Day today) const {
@@ -61,6 +82,7 @@ AlertNotification AlertNotification::of(const Watch& watch, const WatchAlert& al
                  was + "." + " Prices change quickly.";
     }
     n.identifier = "watch-" + watch.id + "-" + today.text();
+    n.userInfo[watchKey] = watch.id;
     return n;
 }
 
@@ -89,6 +111,25 @@ std::optional<WatchAlert> Alerts::check(Watch& watch, std::optional<double> pric
     watch.lastChecked = today;
     if (alert) watch.lastAlerted = price;
     return alert;
+}
+
+Alerts::TripPricer Alerts::tripPricer(const ParkGuide& disney, const ParkGuide& universal,
+                                      PlanInputs inputs) {
+    return [&disney, &universal, inputs](const Watch::Disney& trip,
+                                         Day today) -> std::optional<double> {
+        PlanInputs in = inputs;
+        in.today = today;
+        const Day chosen = trip.window.first;
+        in.checkIns = DayRange(chosen - tripDaysAround, chosen + tripDaysAround);
+        in.applyBudget = false;
+        const ParkGuide& guide = trip.isUniversal(&universal) ? universal : disney;
+        const TripSearchResult result = TripPlanner::plan(trip.search, guide, in);
+        std::optional<double> lowest;
+        for (const TripQuote& t : result.trips) {
+            if (!lowest || t.total() < *lowest) lowest = t.total();
+        }
+        return lowest;
+    };
 }
 
 std::vector<WatchAlert> Alerts::checkAll(std::vector<Watch>& watches, const FareCalendar& calendar,

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -14,6 +15,8 @@
 #include "tripkit/calendars.h"
 #include "tripkit/days.h"
 #include "tripkit/json.h"
+#include "tripkit/park_guide.h"
+#include "tripkit/trip_planner.h"
 #include "tripkit/trip_search.h"
 
 namespace tripkit {
@@ -26,10 +29,15 @@ struct Watch {
         std::optional<DayRange> window;  // departure and return days; absent: any
         friend bool operator==(const Route&, const Route&) = default;
     };
-    // The whole-trip total of a theme-park trip around a chosen stay.
+    // The whole-trip total of a theme-park trip around a chosen stay. Kept
+    // as "disney" for both resorts: a search that takes only Universal
+    // Orlando hotels is a Universal trip.
     struct Disney {
         TripSearch search;
         DayRange window;  // the chosen stay, check-in to check-out
+        // Only Universal classes, or only hotels of `universal` (the shipped
+        // guide without one).
+        bool isUniversal(const ParkGuide* universal = nullptr) const;
         friend bool operator==(const Disney&, const Disney&) = default;
     };
     using Kind = std::variant<Route, Disney>;
@@ -69,6 +77,8 @@ struct AlertNotification {
     std::string title;
     std::string body;
     std::string identifier;  // "watch-" + id + "-" + the day, shared prefix per watch
+    // What the notification carries for its response: watchKey -> the watch's id.
+    std::map<std::string, std::string> userInfo;
 
     static AlertNotification of(const Watch& watch, const WatchAlert& alert, Day today);
 };
@@ -89,6 +99,15 @@ struct Alerts {
     // Checks one watch against its current price and records the check on
     // it; with no price the watch is left unchanged.
     static std::optional<WatchAlert> check(Watch& watch, std::optional<double> price, Day today);
+    // Theme-park watches priced by the planner: the lowest total of the
+    // check-ins from `tripDaysAround` days before the chosen one to as many
+    // after, at the cheapest hotel the saved search allows and within its
+    // date limits; the watch's own target stands in for the search's
+    // budget. `inputs` gives the fares and home airport (its `today`,
+    // `checkIns` and `applyBudget` are set per watch); the guides must
+    // outlive the pricer.
+    static TripPricer tripPricer(const ParkGuide& disney, const ParkGuide& universal,
+                                 PlanInputs inputs);
     // Every watch, in order; theme-park watches only when `trips` is given.
     static std::vector<WatchAlert> checkAll(std::vector<Watch>& watches, const FareCalendar& calendar,
                                             const TripPricer& trips, Day today);

@@ -48,6 +48,22 @@ const DisneyGuide::Season* DisneyGuide::seasonOf(Day day) const {
     return nullptr;
 }
 
+std::optional<DayRange> DisneyGuide::coveredDays() const {
+    if (calendar.empty()) return std::nullopt;
+    DayRange span(calendar.front().from, calendar.front().to);
+    for (const Season& s : calendar) {
+        span.first = std::min(span.first, s.from);
+        span.last = std::max(span.last, s.to);
+    }
+    return span;
+}
+
+ParkGuide::SeasonName DisneyGuide::seasonName(Day day) const {
+    const Season* season = seasonOf(day);
+    if (!season) return {};
+    return {season->season, season->seasonEs};
+}
+
 const ParkResort* DisneyGuide::resortNamed(std::string_view name) const {
     for (const ParkResort& r : resorts) {
         if (r.name == name) return &r;

@@ -18,6 +18,11 @@
 namespace tripkit {
 
 struct DisneyGuide final : ParkGuide {
+    // The guide has no hotel tax: 6.5% Florida and Orange County sales tax
+    // plus Orange County's 6% tourist development tax, one rate for every
+    // resort, added to each stay's room total.
+    static constexpr double hotelTax = 0.125;
+
     struct Coverage {
         Day from;
         Day hotelsPublishedThrough;
@@ -149,6 +154,12 @@ struct DisneyGuide final : ParkGuide {
     std::optional<HotelStay> hotelStay(const ParkResort& resort, Day checkIn, int nights,
                                        int rooms) const override;
     bool isBusy(Day day) const override;
+    // The seasons' span.
+    std::optional<DayRange> coveredDays() const override;
+    // Empty names for a night no season holds.
+    SeasonName seasonName(Day day) const override;
+    double hotelTaxRate(const ParkResort&) const override { return hotelTax; }
+    bool fromPrices() const override { return false; }
 
     // Per day from the first covered day to the last season's end (at most
     // `maxDays`): season level, holiday-period membership, whether the

@@ -11,11 +11,18 @@
 namespace tripkit {
 
 struct FareCalibrations {
-    // Found fares further away than this say nothing about a day.
+    // Found fares further away than this say nothing about a day. Two weeks
+    // either side keeps a day in the same season and fare sale as the fares
+    // found for it while still reaching across the gaps of a nightly file
+    // that samples only some departure days.
     static constexpr int nearbyDays = 14;
     // Found-to-typical ratios are clamped to this range.
     static constexpr double minRatio = 0.5;
     static constexpr double maxRatio = 6.0;
+    // An estimate with no found fare nearby is the typical fare alone; found
+    // fares commonly sit from half to one and a half times it, so it is
+    // given a band of half its price either way.
+    static constexpr double typicalSpread = 0.5;
 
     // The calibration for the days of `days` from the found fares of the
     // main home airport's book (both directions, the filter applied, fares

@@ -82,6 +82,12 @@ public:
         bool estimated = false;  // a night past the published prices
         friend bool operator==(const HotelStay&, const HotelStay&) = default;
     };
+    // A season's name as trips show it.
+    struct SeasonName {
+        std::string name;
+        std::string nameEs;
+        friend bool operator==(const SeasonName&, const SeasonName&) = default;
+    };
 
     virtual ~ParkGuide() = default;
 
@@ -106,6 +112,16 @@ public:
                                                int rooms) const = 0;
     // A holiday or big-event day ("Skip holidays and big events").
     virtual bool isBusy(Day day) const = 0;
+    // The days the guide's hotel prices reach: a stay is priced only inside
+    // them (there may be gaps); nothing when it prices no night at all.
+    virtual std::optional<DayRange> coveredDays() const = 0;
+    // The season of the night starting on `day`, as trips name it.
+    virtual SeasonName seasonName(Day day) const = 0;
+    // The tax on a stay's room total at `resort`, a fraction; one rate per
+    // hotel, applied once to the whole stay.
+    virtual double hotelTaxRate(const ParkResort& resort) const = 0;
+    // Whether the guide publishes only "from" prices, the same every date.
+    virtual bool fromPrices() const = 0;
 
 protected:
     ParkGuide() = default;

@@ -50,4 +50,10 @@ struct ResortStay {
 // guide's order.
 std::vector<ResortStay> priceStays(const ParkGuide& guide, const TripSearch& search, Day checkIn);
 
+// The stay from `checkIn` at each of `resorts` (the guide's own), in their
+// order: what `priceStay` gives for each, with the parts that do not depend
+// on the hotel priced once.
+std::vector<StayPrice> priceStays(const ParkGuide& guide, const std::vector<ParkResort>& resorts,
+                                  const TripSearch& search, Day checkIn);
+
 }  // namespace tripkit

@@ -140,6 +140,14 @@ struct UniversalGuide final : ParkGuide {
     std::optional<HotelStay> hotelStay(const ParkResort& resort, Day checkIn, int nights,
                                        int rooms) const override;
     bool isBusy(Day day) const override;
+    // The coverage, check-out day included.
+    std::optional<DayRange> coveredDays() const override {
+        return DayRange(coverage.from, coverage.to);
+    }
+    // No seasons: one name for every date.
+    SeasonName seasonName(Day) const override { return {"Year-round", "Todo el año"}; }
+    double hotelTaxRate(const ParkResort&) const override { return taxes.hotel; }
+    bool fromPrices() const override { return true; }
 
     bool operator==(const UniversalGuide&) const = default;
 

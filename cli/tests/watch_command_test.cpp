@@ -87,5 +87,69 @@ TEST(WatchCommand, AFileThatDoesNotDecodeIsLeftAlone) {
     }
 }
 
+// A theme-park watch priced through the planner on two nights: the test
+// Disney guide, two adults for two nights with one park day at the value
+// resort, a rideshare and $50 a day of food each ($825 with the 12.5% room
+// tax), and flights from JFK's fare file.
+TEST(WatchCommand, ThemeParkWatchOnTwoNights) {
+    TempDir dir;
+    const std::string file = dir.str() + "/watches.json";
+    const std::string parks = std::string(TRIPKIT_TEST_DATA) + "/parks/";
+    dir.write("disney-guide.json", contents(parks + "disney-guide.json"));
+    dir.write("universal-guide.json", contents(parks + "universal-guide.json"));
+    dir.write("search.json", R"({"origin": "JFK", "party": {"adults": 2, "childAges": []},
+        "nights": 2, "parkDays": 1, "resorts": {"cheapest": {"tiers": ["value"]}},
+        "parkHopper": false, "lightningLane": {"none": {}}, "transport": "rideshare",
+        "food": {"perAdult": 50, "perChild": 0},
+        "window": {"months": [], "checkInWeekdays": [], "only": [], "avoid": [], "avoidHolidays": false},
+        "fares": {"onlyAirlines": [], "avoidAirlines": [], "nonstopOnly": false}})");
+    auto flights = [&](int out, const std::string& updated) {
+        dir.write("flights/JFK.json", R"({"origin": "JFK", "updated": ")" + updated + R"(",
+            "toOrlando": {"2027-01-11": [{"airline": "B6", "price": )" +
+                                          std::to_string(out) + R"(, "stops": 0}]},
+            "fromOrlando": {"2027-01-13": [{"airline": "B6", "price": 79, "stops": 0}]}, "deals": []})");
+    };
+    auto added = runCli({"watch", "add-trip", "disney", "--search", dir.str() + "/search.json",
+                         "--check-in", "2027-01-11", "--file", file});
+    ASSERT_EQ(added.status, kOk) << added.err;
+    EXPECT_EQ(runCli({"watch", "add-trip", "universal", "--search", dir.str() + "/search.json",
+                      "--check-in", "2027-01-11", "--file", file})
+                  .status,
+              kUsage);
+
+    // The first night records: out $89, back $79, and the estimates of the
+    // days around scaled to them ($84 a leg): every check-in from the 8th to
+    // the 14th is $825 + $336.
+    flights(89, "2026-11-23");
+    auto check = runCli({"watch", "check", "--file", file, "--data", dir.str(), "--home", "JFK",
+                         "--today", "2026-11-23"});
+    ASSERT_EQ(check.status, kOk) << check.err;
+    EXPECT_EQ(check.out, "No alerts.\n");
+    auto list = runCli({"watch", "list", "--file", file, "--json"});
+    EXPECT_EQ(list.json()[0].at("lastPrice"), 1161);
+    EXPECT_EQ(list.json()[0].at("lastChecked"), "2026-11-23");
+
+    // The next night the outbound fare is $59: $825 + $276.
+    flights(59, "2026-11-24");
+    check = runCli({"watch", "check", "--file", file, "--data", dir.str(), "--home", "JFK",
+                    "--today", "2026-11-24", "--json"});
+    ASSERT_EQ(check.status, kOk) << check.err;
+    const auto alerts = check.json().at("alerts");
+    ASSERT_EQ(alerts.size(), 1u);
+    EXPECT_EQ(alerts[0].at("price"), 1101);
+    EXPECT_EQ(alerts[0].at("previous"), 1161);
+    EXPECT_EQ(alerts[0].at("reason"), "dropped");
+    EXPECT_EQ(alerts[0].at("title"), "Price drop: Walt Disney World trip checking in 2027-01-11");
+    EXPECT_EQ(alerts[0].at("body"),
+              "About $1,101 for the whole trip (was $1,161). Estimates; check before booking.");
+    list = runCli({"watch", "list", "--file", file, "--json"});
+    EXPECT_EQ(list.json()[0].at("lastAlerted"), 1101);
+    list = runCli({"watch", "list", "--file", file, "--today", "2027-01-14"});
+    EXPECT_NE(list.out.find("Walt Disney World trip checking in 2027-01-11 (These dates have "
+                            "passed)  any drop  $1,101  2026-11-24"),
+              std::string::npos)
+        << list.out;
+}
+
 }  // namespace
 }  // namespace roamwise::cli

@@ -100,6 +100,98 @@ TEST(Alerts, RoutePriceUsesFreshFaresInsideTheWindow) {
     EXPECT_EQ(alerts[0].reason, WatchAlert::Reason::dropped);
 }
 
+// Two adults, two nights, one park day at the cheapest hotel, a rideshare
+// and $50 a day of food each. In the test Disney guide, with typical fares
+// only: $1,029 for check-ins 4 to 29 January, $1,043 on the 30th (back on
+// February's $58 fare), $1,099 on the 31st (also a $150 February night),
+// $1,195 on 1 February. At Universal, $1,173 on any January weekday.
+TripSearch parkSearch(std::vector<Tier> tiers) {
+    TripSearch s;
+    s.party = Party{2, {}};
+    s.nights = 2;
+    s.parkDays = 1;
+    s.resorts.tiers = std::move(tiers);
+    s.transport = TransportChoice::rideshare;
+    s.food = FoodBudget{50, 0};
+    return s;
+}
+
+TEST(Alerts, ThemeParkWatchesTakeTheLowestTotalThreeDaysEitherSide) {
+    const DisneyGuide disney = testing::testDisneyGuide();
+    const UniversalGuide universal = testing::testUniversalGuide();
+    const Airport here{"HOM", "Home", "FL", "", 28.43, -81.31};  // typical fares at the floor
+    const auto jan = [](int day) { return Day::fromCivil(2027, 1, day); };
+    const auto feb = [](int day) { return Day::fromCivil(2027, 2, day); };
+    // Found fares at exactly the typical $58 out on 1 February and back on
+    // the 3rd: that date ($1,195) leads the planner's order, but is not the
+    // lowest total.
+    FareBook book;
+    book.updated = kToday.text();
+    book.toOrlando[feb(1).text()] = {FareOption{"B6", 58, 0, std::nullopt, std::nullopt}};
+    book.fromOrlando[feb(3).text()] = {FareOption{"B6", 58, 0, std::nullopt, std::nullopt}};
+
+    struct Case {
+        const char* label;
+        std::vector<Tier> tiers;
+        Day chosen;
+        bool withBook;
+        std::optional<Day> earliest;
+        std::optional<double> maxTotal;
+        std::optional<double> price;
+    };
+    const std::vector<Tier> value = {Tier::value};
+    const std::vector<Case> cases = {
+        {"three days before counts, four do not", value, feb(3), false, {}, {}, 1099},
+        {"three days before", value, feb(2), false, {}, {}, 1043},
+        {"lowest, not first", value, feb(3), true, {}, {}, 1099},
+        {"three days after counts", value, jan(18), false, jan(21), {}, 1029},
+        {"four days after does not", value, jan(17), false, jan(21), {}, std::nullopt},
+        {"the watch's target, not the search's budget", value, feb(2), false, {}, 1, 1043},
+        {"Universal hotels only", {Tier::primeValue}, jan(11), false, {}, {}, 1173},
+    };
+    PlanInputs inputs;
+    inputs.book = &book;
+    inputs.home = here;
+    inputs.orlando = here;
+    const Alerts::TripPricer withBook = Alerts::tripPricer(disney, universal, inputs);
+    inputs.book = nullptr;
+    const Alerts::TripPricer typicalOnly = Alerts::tripPricer(disney, universal, inputs);
+    for (const Case& c : cases) {
+        Watch::Disney trip{parkSearch(c.tiers), DayRange(c.chosen, c.chosen + 2)};
+        trip.search.window.earliest = c.earliest;
+        trip.search.maxTotal = c.maxTotal;
+        EXPECT_EQ((c.withBook ? withBook : typicalOnly)(trip, kToday), c.price) << c.label;
+    }
+
+    // Checked: the first watch dropped by $57; the second has no price and
+    // is left exactly as it was.
+    Watch dropped = routeWatch(std::nullopt, 1100, std::nullopt);
+    dropped.kind = Watch::Disney{parkSearch(value), DayRange(feb(2), feb(4))};
+    Watch unpriced = routeWatch(std::nullopt, 1100, std::nullopt);
+    unpriced.id = Watch::makeID(3, 4);
+    unpriced.lastChecked = kToday - 1;
+    Watch::Disney late{parkSearch(value), DayRange(jan(17), jan(19))};
+    late.search.window.earliest = jan(21);
+    unpriced.kind = late;
+    std::vector<Watch> watches = {dropped, unpriced};
+    const auto alerts = Alerts::checkAll(watches, FareCalendar(), typicalOnly, kToday);
+    ASSERT_EQ(alerts.size(), 1u);
+    EXPECT_EQ(alerts[0], (WatchAlert{kID, 1043, 1100, WatchAlert::Reason::dropped}));
+    EXPECT_EQ(watches[0].lastPrice, 1043);
+    EXPECT_EQ(watches[0].lastAlerted, 1043);
+    EXPECT_EQ(watches[1], unpriced);
+
+    Watch named = dropped;
+    named.kind = Watch::Disney{parkSearch({Tier::primeValue}), DayRange(jan(11), jan(13))};
+    EXPECT_EQ(named.name(), "Universal Orlando trip checking in 2027-01-11");
+    TripSearch byId = parkSearch({});
+    byId.resorts.kind = ResortChoice::Kind::only;
+    byId.resorts.ids = {"surfside"};
+    EXPECT_TRUE((Watch::Disney{byId, {}}.isUniversal(&universal)));
+    byId.resorts.ids = {"surfside", "base"};
+    EXPECT_FALSE((Watch::Disney{byId, {}}.isUniversal(&universal)));
+}
+
 TEST(Alerts, NotificationTexts) {
     Watch route = routeWatch(std::nullopt, 1305, std::nullopt);
     const WatchAlert dropped{kID, 1299.5, 1305, WatchAlert::Reason::dropped};
@@ -108,6 +200,7 @@ TEST(Alerts, NotificationTexts) {
     EXPECT_EQ(n.body,
               "$1,300 round trip, the cheapest found in recent searches (was $1,305). Prices change quickly.");
     EXPECT_EQ(n.identifier, "watch-" + kID + "-2026-11-23");
+    EXPECT_EQ(n.userInfo, (std::map<std::string, std::string>{{"watch", kID}}));
 
     Watch trip = route;
     trip.kind = Watch::Disney{TripSearch{}, DayRange(Day::fromCivil(2027, 1, 4), Day::fromCivil(2027, 1, 9))};

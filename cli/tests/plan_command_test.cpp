@@ -1,0 +1,172 @@
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+
+#include "cli/cli.h"
+#include "cli/tests/cli_test_support.h"
+
+namespace roamwise::cli {
+namespace {
+
+using testing::runCli;
+using testing::TempDir;
+
+std::string testFile(const std::string& relative) {
+    std::ifstream in(std::string(TRIPKIT_TEST_DATA) + "/" + relative, std::ios::binary);
+    std::ostringstream bytes;
+    bytes << in.rdbuf();
+    return bytes.str();
+}
+
+// Two adults, two nights, one park day at the cheapest value or prime-value
+// hotel, a rideshare and $50 a day of food each, checking in 11 to 13
+// January 2027. In the test Disney guide each stay is $225 hotel with its
+// 12.5% tax + $200 tickets + $100 rideshare + $300 food = $825.
+std::string searchJson(const std::string& extra = "", bool avoidHolidays = false) {
+    return R"({"origin": "JFK", "party": {"adults": 2, "childAges": []}, "nights": 2,
+        "parkDays": 1, "resorts": {"cheapest": {"tiers": ["value", "primeValue"]}},
+        "parkHopper": false, "lightningLane": {"none": {}}, "transport": "rideshare",
+        "food": {"perAdult": 50, "perChild": 0},
+        "window": {"earliest": "2027-01-11", "latest": "2027-01-13", "months": [],
+                   "checkInWeekdays": [], "only": [], "avoid": [], "avoidHolidays": )" +
+           std::string(avoidHolidays ? "true" : "false") + R"(},
+        "fares": {"onlyAirlines": [], "avoidAirlines": [], "nonstopOnly": false})" +
+           extra + "}";
+}
+
+// The test guides, and fares out on 11 January ($89) and back on the 13th ($79).
+void writeData(const TempDir& dir) {
+    dir.write("disney-guide.json", testFile("parks/disney-guide.json"));
+    dir.write("universal-guide.json", testFile("parks/universal-guide.json"));
+    dir.write("flights/JFK.json", R"({"origin": "JFK", "updated": "2026-11-23",
+        "toOrlando": {"2027-01-11": [{"airline": "B6", "price": 89, "stops": 0}]},
+        "fromOrlando": {"2027-01-13": [{"airline": "B6", "price": 79, "stops": 0}]},
+        "deals": []})");
+    dir.write("search.json", searchJson());
+}
+
+std::vector<std::string> planArgs(const TempDir& dir, const std::string& park,
+                                  const std::string& search = "search.json") {
+    return {"plan",    park,         "--data",   dir.str(),
+            "--home",  "JFK",        "--search", dir.str() + "/" + search,
+            "--today", "2026-11-23", "--json"};
+}
+
+TEST(PlanCommand, TripsPartsAndMonthsAsJson) {
+    TempDir dir;
+    writeData(dir);
+    auto r = runCli(planArgs(dir, "disney"));
+    ASSERT_EQ(r.status, kOk) << r.err;
+    const auto out = r.json();
+    const auto& trips = out.at("trips");
+    ASSERT_EQ(trips.size(), 3u);
+    // The found fares' date first; the other two scale the typical fare to
+    // the found ones ($84 a leg), the same total: the earlier first.
+    const auto& first = trips[0];
+    EXPECT_EQ(first, tripkit::json::Json::parse(R"({"checkIn": "2027-01-11",
+        "checkOut": "2027-01-13", "resort": "base", "season": "Value",
+        "parts": {"flights": 336, "hotel": 225, "tickets": 200, "hopper": 0,
+                  "lightningLane": 0, "transport": 100, "food": 300},
+        "total": 1161, "estimated": false, "flightsSpread": 0, "travelers": 2,
+        "outbound": {"price": 89, "estimated": false, "spread": 0},
+        "inbound": {"price": 79, "estimated": false, "spread": 0}})"));
+    EXPECT_EQ(trips[1].at("checkIn"), "2027-01-12");
+    EXPECT_EQ(trips[1].at("total"), 1161);
+    EXPECT_EQ(trips[1].at("estimated"), true);
+    EXPECT_EQ(trips[1].at("outbound").at("price"), 84);
+    EXPECT_GT(trips[1].at("flightsSpread").get<double>(), 0);
+    EXPECT_EQ(trips[2].at("checkIn"), "2027-01-13");
+    EXPECT_EQ(out.at("months"), (tripkit::json::Json::parse(
+                                    R"([{"year": 2027, "month": 1, "average": 1161,
+                                         "cheapest": 1161, "below": 0}])")));
+    EXPECT_EQ(out.at("overBudget"), 0);
+    EXPECT_EQ(out.at("leftOut"), 114);  // 117 priced check-in days, 3 allowed
+
+    // --top limits the trips only.
+    auto args = planArgs(dir, "disney");
+    args.insert(args.end(), {"--top", "1"});
+    r = runCli(args);
+    ASSERT_EQ(r.status, kOk) << r.err;
+    EXPECT_EQ(r.json().at("trips").size(), 1u);
+    EXPECT_EQ(r.json().at("months")[0].at("average"), 1161);
+    args.back() = "0";
+    EXPECT_EQ(runCli(args).status, kUsage);
+
+    // Universal: its "from" hotel with 12.5% tax ($270), a Studios day with
+    // 6.5% tax ($253), its rideshare ($90) and Express instead of Lightning Lane.
+    r = runCli(planArgs(dir, "universal"));
+    ASSERT_EQ(r.status, kOk) << r.err;
+    const auto universal = r.json();
+    const auto& u = universal.at("trips")[0];
+    EXPECT_EQ(u.at("resort"), "surfside");
+    EXPECT_EQ(u.at("parts").at("express"), 0);
+    EXPECT_FALSE(u.at("parts").contains("lightningLane"));
+    EXPECT_EQ(u.at("total"), 270 + 253 + 90 + 300 + 336);
+}
+
+TEST(PlanCommand, EmptyResultsBudgetAndTheFoldersEvents) {
+    TempDir dir;
+    writeData(dir);
+    dir.write("budget.json", searchJson(R"(, "maxTotal": 1160)"));
+    auto args = planArgs(dir, "disney", "budget.json");
+    auto r = runCli(args);
+    ASSERT_EQ(r.status, kOk) << r.err;
+    EXPECT_EQ(r.json().at("trips").size(), 0u);
+    EXPECT_EQ(r.json().at("overBudget"), 3);
+    args.pop_back();  // as text
+    r = runCli(args);
+    ASSERT_EQ(r.status, kOk) << r.err;
+    EXPECT_NE(r.out.find("No trips fit these limits\nTry more months, other resorts, fewer date "
+                         "limits or a higher budget.\n3 trips were over your budget.\n114 "
+                         "check-in dates were outside your limits.\n"),
+              std::string::npos)
+        << r.out;
+
+    // A busy event of the folder's calendar on the 12th leaves only the
+    // stay that starts after it.
+    dir.write("disney-events.json", R"({"asOf": "2026-11-01", "sources": [], "events": [
+        {"name": "Race", "nameEs": "Carrera", "first": "2027-01-12", "last": "2027-01-12",
+         "busy": true, "estimated": false}]})");
+    dir.write("busy.json", searchJson("", true));
+    r = runCli(planArgs(dir, "disney", "busy.json"));
+    ASSERT_EQ(r.status, kOk) << r.err;
+    ASSERT_EQ(r.json().at("trips").size(), 1u);
+    EXPECT_EQ(r.json().at("trips")[0].at("checkIn"), "2027-01-13");
+    EXPECT_EQ(r.json().at("leftOut"), 116);
+
+    // A guide in the folder that does not decode is reported; the shipped
+    // one prices instead.
+    dir.write("disney-guide.json", "{}");
+    r = runCli(planArgs(dir, "disney"));
+    ASSERT_EQ(r.status, kOk) << r.err;
+    EXPECT_NE(r.err.find("using the shipped disney-guide.json"), std::string::npos) << r.err;
+
+    EXPECT_EQ(runCli(planArgs(dir, "disney", "missing.json")).status, kNoData);
+    args = planArgs(dir, "disney");
+    args[5] = "ZZZ";
+    EXPECT_EQ(runCli(args).status, kUsage);
+}
+
+TEST(PlanCommand, DefaultSearchOnSampleData) {
+    auto r = runCli(
+        {"plan", "disney", "--sample", "--home", "JFK", "--today", "2026-11-23", "--top", "3"});
+    ASSERT_EQ(r.status, kOk) << r.err;
+    EXPECT_NE(r.out.find("Walt Disney World from JFK: 5 nights, 4 park days, 4 travelers"),
+              std::string::npos)
+        << r.out;
+    r = runCli({"plan", "universal", "--sample", "--home", "JFK", "--today", "2026-11-23", "--json",
+                "--months"});
+    ASSERT_EQ(r.status, kOk) << r.err;
+    const auto out = r.json();
+    ASSERT_FALSE(out.at("trips").empty());
+    ASSERT_FALSE(out.at("months").empty());
+    for (const auto& m : out.at("months")) {
+        EXPECT_GE(m.at("below").get<double>(), 0);
+        EXPECT_DOUBLE_EQ(m.at("average").get<double>() - m.at("cheapest").get<double>(),
+                         m.at("below").get<double>());
+    }
+}
+
+}  // namespace
+}  // namespace roamwise::cli

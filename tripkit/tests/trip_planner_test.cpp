@@ -1,0 +1,363 @@
+#include "tripkit/trip_planner.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <functional>
+
+#include "tripkit/disney_guide.h"
+#include "tripkit/tests/test_data.h"
+#include "tripkit/universal_guide.h"
+
+namespace tripkit {
+namespace {
+
+using testing::testDisneyGuide;
+using testing::testUniversalGuide;
+
+Day d(int y, int m, int day) {
+    return Day::fromCivil(y, m, day);
+}
+
+const Day kToday = d(2026, 11, 23);
+// Home at Orlando's own spot: every typical one-way fare is the floor's,
+// round((level × 0.45 + 0.85) × 120 × 0.5): $51 at level 0 (the test
+// guide's January), $58 at 0.25 (February), $65 at Universal's 0.5.
+const Airport kHome{"HOM", "Home", "FL", "", 28.43, -81.31};
+const Airport kOrlando{"MCO", "Orlando", "FL", "", 28.43, -81.31};
+
+// Two adults, two nights, one park day at the base value resort, a rideshare
+// ($100 both ways in the test guides' middle) and $50 a day of food for
+// each ($300 over three days). In the test Disney guide's January (the base
+// rate $100 a night, tickets at level 0: $100 each) every stay costs
+// $225 hotel with tax + $200 tickets + $100 + $300 = $825.
+TripSearch simpleSearch() {
+    TripSearch s;
+    s.origin = "HOM";
+    s.party = Party{2, {}};
+    s.nights = 2;
+    s.parkDays = 1;
+    s.resorts.kind = ResortChoice::Kind::cheapest;
+    s.resorts.tiers = {Tier::value, Tier::moderate, Tier::primeValue, Tier::signature};
+    s.transport = TransportChoice::rideshare;
+    s.food = FoodBudget{50, 0};
+    return s;
+}
+
+PlanInputs inputs(const FareBook* book) {
+    PlanInputs in;
+    in.book = book;
+    in.home = kHome;
+    in.orlando = kOrlando;
+    in.today = kToday;
+    return in;
+}
+
+FareOption fare(double price) {
+    return FareOption{"B6", price, 0, std::nullopt, std::nullopt};
+}
+
+FareBook bookWith(const std::vector<std::pair<Day, double>>& out,
+                  const std::vector<std::pair<Day, double>>& back) {
+    FareBook b;
+    b.origin = "HOM";
+    b.updated = kToday.text();
+    for (const auto& [day, price] : out) b.toOrlando[day.text()] = {fare(price)};
+    for (const auto& [day, price] : back) b.fromOrlando[day.text()] = {fare(price)};
+    return b;
+}
+
+const TripQuote* tripOn(const TripSearchResult& r, Day checkIn) {
+    for (const TripQuote& t : r.trips) {
+        if (t.checkIn == checkIn) return &t;
+    }
+    return nullptr;
+}
+
+std::vector<Day> checkIns(const std::vector<TripQuote>& trips) {
+    std::vector<Day> out;
+    for (const TripQuote& t : trips) out.push_back(t.checkIn);
+    return out;
+}
+
+TEST(TripPlanner, HandComputedTripsOnChosenDays) {
+    const DisneyGuide guide = testDisneyGuide();
+    // Found fares out on 11 January and back on the 13th ($89 and $79): they
+    // also scale the estimates of the days around them.
+    const FareBook book = bookWith({{d(2027, 1, 11), 89}, {d(2027, 3, 30), 100}},
+                                   {{d(2027, 1, 13), 79}, {d(2027, 4, 1), 100}});
+    const TripSearchResult r = TripPlanner::plan(simpleSearch(), guide, inputs(&book));
+
+    struct Case {
+        Day checkIn;
+        double out, back;              // per seat
+        double outSpread, backSpread;  // per seat
+        double hotel, tickets;
+        double total;
+        bool estimated;
+        const char* season;
+    };
+    const std::vector<Case> cases = {
+        // Both legs found: (89 + 79) × 2 = 336 for flights.
+        {d(2027, 1, 11), 89, 79, 0, 0, 225, 200, 825 + 336, false, "Value"},
+        // Estimates 5 and 7 days from the found fares: the typical $51 times
+        // the median ratio (89/51 and 79/51) is $84; the band is 25%/√2 for
+        // two samples plus 1% a day to the nearest: $19 and $21 a seat.
+        {d(2027, 1, 18), 84, 84, 19, 21, 225, 200, 825 + 336, true, "Value"},
+        // February, out of their reach: the typical $58 each way with a band
+        // of half of it. Thursday $150 and Friday $200 with 12.5% tax is
+        // $393.75, rounded once to $394; tickets at level 0.25: 2 × 112.5.
+        {d(2027, 2, 4), 58, 58, 29, 29, 394, 225, 394 + 225 + 100 + 300 + 232, true, "Regular"},
+        // Found fares, but the second night is past the published hotel
+        // prices (30 March): estimated all the same. Peak Tuesday and
+        // Wednesday nights $300 each with tax: $675; tickets at level 1.
+        {d(2027, 3, 30), 100, 100, 0, 0, 675, 300, 675 + 300 + 100 + 300 + 400, true, "Peak"},
+    };
+    for (const Case& c : cases) {
+        const TripQuote* t = tripOn(r, c.checkIn);
+        ASSERT_TRUE(t) << c.checkIn;
+        EXPECT_EQ(t->inbound.day, c.checkIn + 2);
+        EXPECT_EQ(t->season, c.season);
+        EXPECT_EQ(t->outbound.price, c.out) << c.checkIn;
+        EXPECT_EQ(t->inbound.price, c.back) << c.checkIn;
+        EXPECT_EQ(t->outbound.spread, c.outSpread) << c.checkIn;
+        EXPECT_EQ(t->inbound.spread, c.backSpread) << c.checkIn;
+        EXPECT_EQ(t->flights, (c.out + c.back) * 2) << c.checkIn;
+        EXPECT_EQ(t->flightsSpread, (c.outSpread + c.backSpread) * 2) << c.checkIn;
+        EXPECT_EQ(t->hotel, c.hotel) << c.checkIn;
+        EXPECT_EQ(t->tickets, c.tickets) << c.checkIn;
+        EXPECT_EQ(t->total(), c.total) << c.checkIn;
+        EXPECT_EQ(t->estimated, c.estimated) << c.checkIn;
+    }
+}
+
+TEST(TripPlanner, CheapestAllowedHotelAndPartyCounts) {
+    const DisneyGuide disney = testDisneyGuide();
+    TripSearch s = simpleSearch();
+    s.window.earliest = s.window.latest = d(2027, 1, 11);
+    // Two adults, children of 10, 9, 2 and 1: two adult tickets and a child
+    // ticket each besides the adults' ($100 × 3 + $95), five seats on the
+    // plane (the 1-year-old on a lap), one room, and the larger rideshare
+    // ($75.5 a way).
+    s.party = Party{2, {10, 9, 2, 1}};
+    s.resorts.kind = ResortChoice::Kind::only;
+    s.resorts.ids = {"mod", "lux"};
+    // The moderate resort in January: twice the base rate, $400 with tax $450.
+    TripSearchResult r = TripPlanner::plan(s, disney, inputs(nullptr));
+    ASSERT_EQ(r.trips.size(), 1u);
+    const TripQuote& t = r.trips[0];
+    EXPECT_EQ(t.resort.id, "mod");
+    EXPECT_EQ(t.hotel, 450);
+    EXPECT_EQ(t.tickets, 395);
+    EXPECT_EQ(t.transport, 151);
+    EXPECT_EQ(t.food, 450);  // $50 for the three adult-priced, three days
+    EXPECT_EQ(t.travelers, 5);
+    EXPECT_EQ(t.flights, (51 + 51) * 5);
+    EXPECT_EQ(t.flightsSpread, (26 + 26) * 5);  // half of $51, rounded
+
+    // Universal: "from" prices with its own 12.5% room tax ($240 → $270),
+    // the Studios day at $119 each with 6.5% tax ($253.47 → $253), and its
+    // flat season level for the typical $65 fares.
+    const UniversalGuide universal = testUniversalGuide();
+    s = simpleSearch();
+    s.window.earliest = s.window.latest = d(2027, 1, 11);
+    r = TripPlanner::plan(s, universal, inputs(nullptr));
+    ASSERT_EQ(r.trips.size(), 1u);
+    EXPECT_EQ(r.trips[0].resort.id, "surfside");
+    EXPECT_EQ(r.trips[0].hotel, 270);
+    EXPECT_EQ(r.trips[0].tickets, 253);
+    EXPECT_EQ(r.trips[0].transport, 90);
+    EXPECT_EQ(r.trips[0].total(), 270 + 253 + 90 + 300 + (65 + 65) * 2);
+    EXPECT_TRUE(r.trips[0].fromPrices);
+    EXPECT_FALSE(r.trips[0].expressIncluded);
+}
+
+// The test Disney guide prices nights from 4 January to 30 April 2027: 117
+// check-in days after today. MLK weekend is 16 to 18 January.
+TEST(TripPlanner, DateWindowRulesAtTheirEdges) {
+    const DisneyGuide guide = testDisneyGuide();
+    const auto jan = [](int day) { return d(2027, 1, day); };
+    const std::vector<Day> tenToTwenty = {jan(10), jan(11), jan(12), jan(13), jan(14), jan(15),
+                                          jan(16), jan(17), jan(18), jan(19), jan(20)};
+    struct Case {
+        const char* label;
+        std::function<void(DateWindow&)> limit;
+        std::vector<Day> expected;  // empty: count only
+        std::size_t count;
+    };
+    const auto tenTo20 = [](DateWindow& w) {
+        w.earliest = d(2027, 1, 10);
+        w.latest = d(2027, 1, 20);
+    };
+    const std::vector<Case> cases = {
+        {"earliest and latest count", tenTo20, tenToTwenty, 11},
+        {"busy stays skipped",
+         [&](DateWindow& w) {
+             tenTo20(w);
+             w.avoidHolidays = true;  // the 13th leaves on the 15th; the 19th arrives after
+         },
+         {jan(10), jan(11), jan(12), jan(13), jan(19), jan(20)},
+         6},
+        {"Monday check-ins",
+         [&](DateWindow& w) {
+             tenTo20(w);
+             w.checkInWeekdays = {2};
+         },
+         {jan(11), jan(18)},
+         2},
+        {"never these dates: any touch",
+         [&](DateWindow& w) {
+             tenTo20(w);
+             w.avoid = {DayRange(jan(12), jan(12))};  // the 10th checks out on the 12th
+         },
+         {jan(13), jan(14), jan(15), jan(16), jan(17), jan(18), jan(19), jan(20)},
+         8},
+        {"only these dates: whole stays",
+         [&](DateWindow& w) {
+             tenTo20(w);
+             w.only = {DayRange(d(2026, 12, 1), jan(21))};  // the 19th checks out on the 21st
+         },
+         {jan(10), jan(11), jan(12), jan(13), jan(14), jan(15), jan(16), jan(17), jan(18), jan(19)},
+         10},
+        {"a month", [](DateWindow& w) { w.months = {2}; }, {}, 28},
+        // The last nights priced are 29 and 30 April: the 29th is the last check-in.
+        {"to the end of the prices",
+         [](DateWindow& w) { w.earliest = d(2027, 4, 27); },
+         {d(2027, 4, 27), d(2027, 4, 28), d(2027, 4, 29)},
+         3},
+        {"months beyond the coverage",
+         [](DateWindow& w) {
+             w.months = {5, 6, 7};
+         },
+         {},
+         0},
+    };
+    for (const Case& c : cases) {
+        TripSearch s = simpleSearch();
+        c.limit(s.window);
+        const TripSearchResult r = TripPlanner::plan(s, guide, inputs(nullptr));
+        std::vector<Day> days = checkIns(r.trips);
+        std::sort(days.begin(), days.end());
+        if (!c.expected.empty()) {
+            EXPECT_EQ(days, c.expected) << c.label;
+        }
+        EXPECT_EQ(days.size(), c.count) << c.label;
+        // Days past the prices (30 April) are skipped without counting.
+        const int skipped = s.window.earliest == d(2027, 4, 27) ? 1 : 0;
+        EXPECT_EQ(r.leftOut, 117 - static_cast<int>(c.count) - skipped) << c.label;
+        EXPECT_EQ(r.overBudget, 0) << c.label;
+    }
+
+    // Universal's busy dates: 1 and 2 January, and New Year's Day 2027 is a
+    // Friday whose long weekend runs to the 3rd. Its coverage ends 30 June.
+    const UniversalGuide universal = testUniversalGuide();
+    TripSearch s = simpleSearch();
+    s.window.latest = d(2027, 1, 6);
+    s.window.avoidHolidays = true;
+    EXPECT_EQ(checkIns(TripPlanner::plan(s, universal, inputs(nullptr)).trips),
+              (std::vector<Day>{d(2027, 1, 4), d(2027, 1, 5), d(2027, 1, 6)}));
+    s = simpleSearch();
+    s.window.months = {7, 8};
+    EXPECT_TRUE(TripPlanner::plan(s, universal, inputs(nullptr)).trips.empty());
+}
+
+TEST(TripPlanner, BudgetDropsAndCountsEveryTripAboveIt) {
+    const DisneyGuide guide = testDisneyGuide();
+    TripSearch s = simpleSearch();
+    s.window.earliest = d(2027, 1, 10);
+    s.window.latest = d(2027, 1, 20);
+    s.maxTotal = 1028;  // every one of these trips is $1,029
+    TripSearchResult r = TripPlanner::plan(s, guide, inputs(nullptr));
+    EXPECT_TRUE(r.trips.empty());
+    EXPECT_TRUE(r.months.empty());
+    EXPECT_EQ(r.overBudget, 11);
+    s.maxTotal = 1029;  // at the budget is within it
+    r = TripPlanner::plan(s, guide, inputs(nullptr));
+    EXPECT_EQ(r.trips.size(), 11u);
+    EXPECT_EQ(r.overBudget, 0);
+}
+
+TEST(TripPlanner, FoundFaresFirstUnlessATypicalDateIsClearlyCheaper) {
+    const DisneyGuide guide = testDisneyGuide();
+    TripSearch s = simpleSearch();
+    // Check-ins on 4 and 21 January only. The 21st is more than two weeks
+    // from the found fares, so it keeps the typical $51 each way: $1,029.
+    s.window.only = {DayRange(d(2027, 1, 4), d(2027, 1, 6)),
+                     DayRange(d(2027, 1, 21), d(2027, 1, 23))};
+    struct Case {
+        double out, back;  // found fares of the 4th and 6th
+        std::vector<Day> order;
+    };
+    const std::vector<Case> cases = {
+        // $1,065: the typical date is cheaper, but not by 10%.
+        {60, 60, {d(2027, 1, 4), d(2027, 1, 21)}},
+        // $1,143: 10% below is $1,028.70, and $1,029 is not under it.
+        {80, 79, {d(2027, 1, 4), d(2027, 1, 21)}},
+        // $1,145: 10% below is $1,030.50.
+        {80, 80, {d(2027, 1, 21), d(2027, 1, 4)}},
+        // Found and cheaper.
+        {40, 40, {d(2027, 1, 4), d(2027, 1, 21)}},
+    };
+    for (const Case& c : cases) {
+        const FareBook book = bookWith({{d(2027, 1, 4), c.out}}, {{d(2027, 1, 6), c.back}});
+        const TripSearchResult r = TripPlanner::plan(s, guide, inputs(&book));
+        EXPECT_EQ(checkIns(r.trips), c.order) << c.out + c.back;
+        ASSERT_EQ(r.trips.size(), 2u);
+        EXPECT_EQ(tripOn(r, d(2027, 1, 21))->total(), 1029);
+        EXPECT_EQ(tripOn(r, d(2027, 1, 4))->total(), 825 + (c.out + c.back) * 2);
+        EXPECT_EQ(r.leftOut, 115);
+    }
+
+    // Within a group the lower total first, equal totals the earlier date:
+    // without fares every January day to the 29th costs $1,029.
+    s = simpleSearch();
+    s.window.months = {1};
+    const TripSearchResult r = TripPlanner::plan(s, guide, inputs(nullptr));
+    ASSERT_EQ(r.trips.size(), 28u);
+    EXPECT_EQ(r.trips[0].checkIn, d(2027, 1, 4));
+    EXPECT_EQ(r.trips[25].checkIn, d(2027, 1, 29));
+    // The 30th flies back on 1 February's typical $58 ($1,043); the 31st also
+    // sleeps the $150 Monday ($250 with tax $281): $1,099.
+    EXPECT_EQ(r.trips[26].checkIn, d(2027, 1, 30));
+    EXPECT_EQ(r.trips[26].total(), 1043);
+    EXPECT_EQ(r.trips[27].checkIn, d(2027, 1, 31));
+    EXPECT_EQ(r.trips[27].total(), 1099);
+}
+
+TEST(TripPlanner, MonthSummaries) {
+    const DisneyGuide guide = testDisneyGuide();
+    TripSearch s = simpleSearch();
+    s.window.months = {1, 3};
+    // Found fares of $500 on 8 January make the dearest trip ($2,825): every
+    // typical date, even those scaled six times by it, is clearly cheaper.
+    const FareBook book = bookWith({{d(2027, 1, 8), 500}}, {{d(2027, 1, 10), 500}});
+    const TripSearchResult r = TripPlanner::plan(s, guide, inputs(&book));
+    EXPECT_EQ(r.trips.back().checkIn, d(2027, 1, 8));
+    ASSERT_EQ(r.months.size(), 2u);
+    const MonthSummary& jan = r.months[0];
+    EXPECT_EQ(jan.year, 2027);
+    EXPECT_EQ(jan.month, 1);
+    ASSERT_EQ(jan.trips.size(), 28u);
+    double sum = 0;
+    for (const TripQuote& t : jan.trips) sum += t.total();
+    EXPECT_DOUBLE_EQ(jan.average, sum / 28);
+    EXPECT_EQ(jan.cheapest(), jan.trips.front().total());
+    EXPECT_EQ(jan.trips.back().checkIn, d(2027, 1, 8));
+    EXPECT_EQ(jan.trips.back().total(), 825 + 2000);
+    // Every March day has a price (the last nights in April's season).
+    EXPECT_EQ(r.months[1].month, 3);
+    EXPECT_EQ(r.months[1].trips.size(), 31u);
+
+    // Without fares January is 26 days at $1,029, then $1,043 and $1,099:
+    // an average of $1,032, the best $3 below it.
+    s.window.months = {1};
+    const TripSearchResult plain = TripPlanner::plan(s, guide, inputs(nullptr));
+    ASSERT_EQ(plain.months.size(), 1u);
+    EXPECT_DOUBLE_EQ(plain.months[0].average, 1032);
+    EXPECT_EQ(plain.months[0].cheapest(), 1029);
+    EXPECT_DOUBLE_EQ(plain.months[0].below(), 3);
+    EXPECT_EQ(plain.months[0].trips.front().checkIn, d(2027, 1, 4));
+}
+
+}  // namespace
+}  // namespace tripkit
