@@ -14,6 +14,7 @@
 
 #include "app/http_loader.h"
 #include "app/notifier.h"
+#include "app/planner.h"
 #include "app/refresh.h"
 #include "app/storage.h"
 #include "tripkit/widget_snapshot.h"
@@ -154,6 +155,7 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
     s.env = std::move(environment);
     if (!s.env.configuration) s.env.configuration = [](const char* name) { return std::getenv(name); };
     if (!s.env.loader) s.env.loader = curlLoader();
+    if (!s.env.planner.run && !s.env.planner.tripPrice) s.env.planner = tripPlanner();
     s.cache.folder = s.env.folders.cache;
     QDir().mkpath(s.env.folders.cache);
     QDir().mkpath(s.env.folders.store);
@@ -428,6 +430,19 @@ void AppModel::applyRefresh(std::shared_ptr<RefreshOutcome> outcome) {
     }
 }
 
+namespace {
+
+// One copy of the main home airport's fares, shared by every planner job
+// made from it.
+std::shared_ptr<const FareBook> mainBook(const std::map<std::string, FareBook>& books,
+                                         const std::string& home) {
+    auto main = books.find(home);
+    if (main == books.end()) return nullptr;
+    return std::make_shared<const FareBook>(main->second);
+}
+
+}  // namespace
+
 void AppModel::checkWatches() {
     State& s = *m_state;
     if (s.watches.empty()) return;
@@ -437,7 +452,8 @@ void AppModel::checkWatches() {
         // Theme-park watches are priced by the planner with the main airport's fares.
         PlannerJob base;
         base.park = Park::disney;
-        if (auto main = s.fareBooks.find(s.homes.front()); main != s.fareBooks.end()) base.mainBook = main->second;
+        base.home = s.homes.front();
+        base.mainBook = mainBook(s.fareBooks, base.home);
         base.guide = s.guide;
         base.universal = s.universal;
         base.events = s.events;
@@ -774,7 +790,8 @@ void AppModel::findBestDates(Park park) {
     PlannerJob job;
     job.park = park;
     job.search = s.searches[i];
-    if (auto main = s.fareBooks.find(s.homes.front()); main != s.fareBooks.end()) job.mainBook = main->second;
+    job.home = s.homes.front();
+    job.mainBook = mainBook(s.fareBooks, job.home);
     job.guide = s.guide;
     job.universal = s.universal;
     job.events = s.events;

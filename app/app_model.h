@@ -72,16 +72,17 @@ struct Folders {
 struct PlannerJob {
     Park park = Park::disney;
     tripkit::TripSearch search;
-    std::optional<tripkit::FareBook> mainBook;  // the main home airport's fares
+    std::string home;                                   // the main home airport's code
+    std::shared_ptr<const tripkit::FareBook> mainBook;  // its fares; null: every flight estimated
     std::shared_ptr<const tripkit::DisneyGuide> guide;
     std::shared_ptr<const tripkit::UniversalGuide> universal;
     std::shared_ptr<const tripkit::EventCalendar> events;
     tripkit::Day today;
 };
 
-// The seam to tripkit's trip planner. Either may be empty (no planner in
-// this build): searches then end at once with no result, and theme-park
-// watches are not checked.
+// The seam to tripkit's trip planner (app/planner.h); tests may give their
+// own. An empty `run` ends searches at once with no result; an empty
+// `tripPrice` leaves theme-park watches unchecked.
 struct Planner {
     std::function<std::shared_ptr<const tripkit::TripSearchResult>(const PlannerJob&)> run;
     // The whole-trip total of a theme-park watch around its stay; the job
@@ -120,6 +121,7 @@ struct AppEnvironment {
     std::shared_ptr<Notifier> notifier;
     // RWDataURL and the partner keys; empty: the environment over the built-in values.
     tripkit::Config::Environment configuration;
+    // The trip planner; empty: tripkit's (app/planner.h).
     Planner planner;
     // Opens a link the user chose (the desktop passes QDesktopServices::openUrl);
     // empty: links are only checked.

@@ -20,6 +20,7 @@
 #include "app/tests/test_host.h"
 #include "feedgen/feed.h"
 #include "tripkit/alerts.h"
+#include "tripkit/trip_planner.h"
 #include "tripkit/widget_snapshot.h"
 
 namespace roamwise::app {
@@ -233,6 +234,46 @@ TEST_F(ModelTest, AWatchDropBecomesANotificationWhoseActionOpensTheAlerts) {
     QDBusConnection::disconnectFromBus("roamwise");
     daemon.terminate();
     daemon.waitForFinished();
+}
+
+TEST_F(ModelTest, TheTripPlannerPricesSearchesAndThemeParkWatchesWithTheMainAirportsFares) {
+    serveNight(host, today);
+    configuration["RWDataURL"] = host.url() + "roamwise-data";
+    configuration["RWAdvisoriesURL"] = host.url() + "api/TravelAdvisories";
+    AppModel model(environment(host.url()));
+    refreshAndWait(model);
+    ASSERT_EQ(model.faresLoad(), Load::loaded);
+
+    bool ended = false;
+    QObject::connect(&model, &AppModel::resultChanged, [&](Park park) { ended = park == Park::disney; });
+    model.findBestDates(Park::disney);
+    EXPECT_TRUE(model.searching(Park::disney));
+    ASSERT_TRUE(waitFor([&] { return ended; }));
+    EXPECT_FALSE(model.searching(Park::disney));
+    const auto result = model.result(Park::disney);
+    ASSERT_TRUE(result);
+    ASSERT_FALSE(result->trips.empty());
+    // Tomorrow at the earliest, and the night's own Orlando fares found.
+    bool anyFound = false;
+    for (const TripQuote& trip : result->trips) {
+        EXPECT_GT(trip.checkIn, today);
+        anyFound = anyFound || trip.foundFlights();
+    }
+    EXPECT_TRUE(anyFound);
+    EXPECT_FALSE(model.result(Park::universal));
+
+    // A theme-park watch is priced after the next refresh.
+    Watch watch;
+    watch.id = Watch::makeID(1, 2);
+    const TripQuote& best = result->trips.front();
+    watch.kind = Watch::Disney{model.search(Park::disney), DayRange{best.checkIn, best.checkOut}};
+    watch.created = today;
+    model.addWatch(watch);
+    refreshAndWait(model);
+    ASSERT_EQ(model.watches().size(), 1u);
+    EXPECT_EQ(model.watches().front().lastChecked, today);
+    ASSERT_TRUE(model.watches().front().lastPrice);
+    EXPECT_LE(*model.watches().front().lastPrice, best.total());
 }
 
 TEST_F(ModelTest, PreferencesFallBackAndTheOldHomeAirportKeyIsRead) {
