@@ -4,6 +4,7 @@
 #include <cctype>
 #include <cstdlib>
 
+#include <QDateTime>
 #include <QDir>
 #include <QPointer>
 #include <QSettings>
@@ -17,6 +18,7 @@
 #include "app/planner.h"
 #include "app/refresh.h"
 #include "app/storage.h"
+#include "app/weather.h"
 #include "tripkit/widget_snapshot.h"
 
 namespace roamwise::app {
@@ -146,6 +148,12 @@ struct AppModel::State {
     std::string dataHost;
     std::shared_ptr<Notifier> notifier;
 
+    std::string powerURL;
+    std::string forecastURL;
+    std::shared_ptr<const WearOutcome> wear;
+    bool wearLoading = false;
+    std::uint64_t wearTicket = 0;  // the latest request; older answers are dropped
+
     Day today() const { return env.today ? env.today() : Day::today(); }
 };
 
@@ -154,6 +162,9 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
     State& s = *m_state;
     s.env = std::move(environment);
     if (!s.env.configuration) s.env.configuration = [](const char* name) { return std::getenv(name); };
+    if (!s.env.weatherLoader) {
+        s.env.weatherLoader = s.env.loader ? plainWeatherLoader(s.env.loader) : conditionalLoader(weatherOptions());
+    }
     if (!s.env.loader) s.env.loader = curlLoader();
     if (!s.env.planner.run && !s.env.planner.tripPrice) s.env.planner = tripPlanner();
     s.cache.folder = s.env.folders.cache;
@@ -173,6 +184,8 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
     // 2. Configuration.
     s.hosts = Config::feedHosts(s.env.configuration);
     s.advisoriesURL = Config::advisoriesURL(s.env.configuration);
+    s.powerURL = Config::powerURL(s.env.configuration);
+    s.forecastURL = Config::forecastURL(s.env.configuration);
     s.partners = Config::partners(s.env.configuration);
     s.dataHost = s.hosts.hosts.empty() ? std::string() : s.hosts.hosts.front();
 
@@ -304,6 +317,8 @@ bool AppModel::searching(Park park) const { return m_state->searching[slot(park)
 std::vector<std::string> AppModel::dataHosts() const { return m_state->hosts.hosts; }
 std::string AppModel::dataHost() const { return m_state->dataHost; }
 bool AppModel::refreshing() const { return m_state->refreshing; }
+std::shared_ptr<const WearOutcome> AppModel::wear() const { return m_state->wear; }
+bool AppModel::wearLoading() const { return m_state->wearLoading; }
 const RefreshReport& AppModel::lastRefresh() const { return m_state->lastRefresh; }
 const Folders& AppModel::folders() const { return m_state->env.folders; }
 Day AppModel::today() const { return m_state->today(); }
@@ -813,6 +828,41 @@ void AppModel::findBestDates(Park park) {
             self->m_state->searching[i] = false;
             emit self->resultChanged(park);
             emit self->searchingChanged(park);
+        }, Qt::QueuedConnection);
+    });
+}
+
+void AppModel::requestWear(const WearPlace& place, Day first, Day last, const std::set<WearActivity>& activities,
+                           bool laundry, bool modest, TempUnit unit) {
+    Q_ASSERT(QThread::currentThread() == thread());
+    State& s = *m_state;
+    WearAsk ask{place, first, last, activities, laundry, modest, unit};
+    WeatherInput input{s.env.weatherLoader, s.powerURL,  s.forecastURL,
+                       s.cache,             QDateTime::currentSecsSinceEpoch(), s.today()};
+    const std::uint64_t ticket = ++s.wearTicket;
+    if (!s.wearLoading) {
+        s.wearLoading = true;
+        emit wearLoadingChanged();
+    }
+    QPointer<AppModel> self(this);
+    s.pool.start([self, ask = std::move(ask), input = std::move(input), ticket] {
+        auto outcome = std::make_shared<WearOutcome>();
+        try {
+            *outcome = wearGuide(ask, input);
+        } catch (const std::exception& e) {
+            outcome->ask = ask;
+            outcome->problems.push_back(e.what());
+        }
+        for (const std::string& problem : outcome->problems) {
+            qWarning("Roamwise: %s: %s", ask.place.name.c_str(), problem.c_str());
+        }
+        if (!self) return;
+        QMetaObject::invokeMethod(self, [self, outcome = std::shared_ptr<const WearOutcome>(outcome), ticket] {
+            if (!self || ticket != self->m_state->wearTicket) return;
+            self->m_state->wear = outcome;
+            self->m_state->wearLoading = false;
+            emit self->wearChanged();
+            emit self->wearLoadingChanged();
         }, Qt::QueuedConnection);
     });
 }

@@ -11,6 +11,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,6 +19,8 @@
 #include <QObject>
 #include <QString>
 #include <QTimer>
+
+#include "app/http_loader.h"
 
 #include "tripkit/advisories.h"
 #include "tripkit/alerts.h"
@@ -38,6 +41,8 @@
 #include "tripkit/trip_search.h"
 #include "tripkit/universal_guide.h"
 #include "tripkit/watch_nudge.h"
+#include "tripkit/wear.h"
+#include "tripkit/wear_data.h"
 
 class QSettings;
 
@@ -49,6 +54,7 @@ namespace roamwise::app {
 
 class Notifier;
 struct RefreshOutcome;
+struct WearOutcome;  // app/weather.h
 
 // The load state of a feed, as the screens report it.
 enum class Load { idle, loading, loaded, offline, failed, unavailable };
@@ -115,6 +121,10 @@ struct AppEnvironment {
     QString settingsFile;
     // One GET; empty: libcurl (see http_loader.h).
     tripkit::HttpLoader loader;
+    // The weather services' GETs (conditional, caching headers read). Empty:
+    // libcurl with the weather user agent, or `loader` when that is given
+    // (plain GETs, so nothing leaves a test's or tool's own loader).
+    WeatherLoader weatherLoader;
     // Today in the user's time zone; empty: the clock.
     std::function<tripkit::Day()> today;
     // Desktop notifications; null: freedesktop notifications on the session bus.
@@ -207,6 +217,18 @@ public:
     // The passport reminders whose day has come and that were not shown yet.
     std::vector<tripkit::TripDate> duePassportReminders() const;
 
+    // --- what to wear ---
+    // Builds the wear guide of a place and dates on a worker thread: typical
+    // months (fetched, cached or shipped) and forecast days where the forecast
+    // reaches. wear() and wearLoading() change when it ends; a later request
+    // supersedes an earlier one still running.
+    void requestWear(const tripkit::WearPlace& place, tripkit::Day first, tripkit::Day last,
+                     const std::set<tripkit::WearActivity>& activities, bool laundry, bool modest,
+                     tripkit::TempUnit unit = tripkit::TempUnit::fahrenheit);
+    // The last guide with its credit lines; null before the first one.
+    std::shared_ptr<const WearOutcome> wear() const;
+    bool wearLoading() const;
+
 public slots:
     // Fetches every file of the home airports, the advisories and the guides;
     // does nothing while a refresh runs.
@@ -270,6 +292,8 @@ signals:
     void resultChanged(Park park);
     void searchingChanged(Park park);
     void refreshingChanged();
+    void wearChanged();
+    void wearLoadingChanged();
     // A refresh ended; lastRefresh() says what it did.
     void refreshFinished();
     // The user activated a notification: bring the window to the front.

@@ -153,4 +153,27 @@ HttpOptions weatherOptions() {
 
 tripkit::HttpLoader weatherLoader() { return curlLoader(weatherOptions()); }
 
+WeatherLoader conditionalLoader(HttpOptions options) {
+    return [options = std::move(options)](const ConditionalRequest& request) {
+        return httpGetConditional(request, options);
+    };
+}
+
+WeatherLoader plainWeatherLoader(tripkit::HttpLoader loader) {
+    return [loader = std::move(loader)](const ConditionalRequest& request) {
+        tripkit::HttpResponse response = loader(request.url);
+        ConditionalResponse out;
+        out.status = response.status;
+        out.body = std::move(response.body);
+        return out;
+    };
+}
+
+std::optional<std::int64_t> httpDateSeconds(std::string_view text) {
+    const std::string held(text);
+    const time_t seconds = curl_getdate(held.c_str(), nullptr);
+    if (seconds == -1) return std::nullopt;
+    return static_cast<std::int64_t>(seconds);
+}
+
 }  // namespace roamwise::app

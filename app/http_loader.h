@@ -4,8 +4,11 @@
 // a private or test host can be trusted without turning verification off.
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "tripkit/feed_hosts.h"
 
@@ -39,6 +42,21 @@ struct ConditionalResponse {
 // (no connection, time-out, TLS failure, a body over FileReader::maxBytes).
 tripkit::HttpResponse httpGet(const std::string& url, const HttpOptions& options);
 ConditionalResponse httpGetConditional(const ConditionalRequest& request, const HttpOptions& options);
+
+// A GET that may be conditional and reads the caching headers: the weather
+// services' seam, as tripkit::HttpLoader is the data host's. Throws
+// tripkit::FetchError of kind transport when no answer came.
+using WeatherLoader = std::function<ConditionalResponse(const ConditionalRequest&)>;
+
+// libcurl with `options`; the application passes weatherOptions().
+WeatherLoader conditionalLoader(HttpOptions options);
+// A plain loader as a weather loader: it can neither send If-Modified-Since
+// nor read Expires, so every request is a full fetch.
+WeatherLoader plainWeatherLoader(tripkit::HttpLoader loader);
+
+// Seconds since 1970 of an HTTP date ("Tue, 14 May 2024 10:32:11 GMT");
+// nothing when it is not one.
+std::optional<std::int64_t> httpDateSeconds(std::string_view text);
 
 // The loader of the data host and the advisories service.
 tripkit::HttpLoader curlLoader(HttpOptions options = {});

@@ -1,11 +1,17 @@
 // roamwise-cli wear: what to wear and pack for a place and dates, from its
-// typical weather and, for near days, a forecast response.
+// typical weather and, for near days, a forecast response; with --live both
+// fetched through the application's weather code and cache.
 #include <sstream>
 
+#include <QDateTime>
 #include <fmt/format.h>
 
+#include "app/app_model.h"
+#include "app/weather.h"
 #include "cli/commands.h"
+#include "cli/table.h"
 #include "cli/wear_place.h"
+#include "tripkit/config.h"
 #include "tripkit/destinations.h"
 #include "tripkit/wear.h"
 #include "tripkit/wear_forecast.h"
@@ -15,6 +21,8 @@ namespace roamwise::cli {
 using namespace tripkit;
 
 namespace {
+
+const Config::Environment kEnvironment = [](const char* name) { return std::getenv(name); };
 
 std::set<WearActivity> parseActivities(const std::string& text) {
     std::set<WearActivity> out;
@@ -103,6 +111,7 @@ void addWearCommand(CLI::App& root, Io& io) {
         bool modest = false;
         std::string unit = "f";
         std::string forecast;
+        bool live = false;
         bool json = false;
         bool exportText = false;
     };
@@ -126,6 +135,12 @@ void addWearCommand(CLI::App& root, Io& io) {
         ->check(CLI::IsMember({"f", "c"}));
     command->add_option("--forecast", options->forecast,
                         "A MET Norway locationforecast response for the place");
+    CLI::Option* forecastFile = command->get_option("--forecast");
+    command
+        ->add_flag("--live", options->live,
+                   "Fetch typical weather (NASA POWER) and the forecast (MET Norway) through the "
+                   "application's cache; the shipped values when they cannot be had")
+        ->excludes(forecastFile);
     CLI::Option* json = command->add_flag("--json", options->json, "Print JSON");
     CLI::Option* exported =
         command->add_flag("--export", options->exportText, "Print the packing list as plain text");
@@ -136,12 +151,29 @@ void addWearCommand(CLI::App& root, Io& io) {
         const TempUnit unit = options->unit == "c" ? TempUnit::celsius : TempUnit::fahrenheit;
         const Day from = *Day::parse(options->from);
         const Day to = *Day::parse(options->to);
-        std::map<Day, WearDay> forecast;
-        if (!options->forecast.empty()) forecast = forecastDays(options->forecast, place, io.err);
-        const std::vector<WearDay> days = WhatToWear::planDays(from, to, place.months, forecast);
-        const WearGuide guide = WhatToWear::guide(
-            WearRequest::make(days, activities, options->laundry, place.country, options->modest),
-            unit);
+        WearGuide guide;
+        std::vector<std::string> credits;
+        if (options->live) {
+            const app::WearAsk ask{place, from, to, activities, options->laundry, options->modest, unit};
+            const app::WeatherInput input = app::WeatherInput::standard(
+                app::Cache{app::Folders::standard().cache}, kEnvironment,
+                QDateTime::currentSecsSinceEpoch(), Day::today());
+            app::WearOutcome outcome = app::wearGuide(ask, input);
+            for (const std::string& problem : outcome.problems) {
+                io.err << "roamwise-cli: " << shown(problem) << "\n";
+            }
+            io.err << "roamwise-cli: typical weather " << app::caseName(outcome.typical)
+                   << ", forecast " << app::caseName(outcome.forecast) << "\n";
+            guide = std::move(outcome.guide);
+            credits = std::move(outcome.credits);
+        } else {
+            std::map<Day, WearDay> forecast;
+            if (!options->forecast.empty()) forecast = forecastDays(options->forecast, place, io.err);
+            const std::vector<WearDay> days = WhatToWear::planDays(from, to, place.months, forecast);
+            guide = WhatToWear::guide(
+                WearRequest::make(days, activities, options->laundry, place.country, options->modest),
+                unit);
+        }
         if (options->json) {
             printJson(io.out, encode(guide));
         } else if (options->exportText) {
@@ -152,6 +184,7 @@ void addWearCommand(CLI::App& root, Io& io) {
                    << "\n";
         } else {
             printGuide(io.out, place, guide, unit);
+            for (const std::string& credit : credits) io.out << credit << "\n";
         }
         io.status = kOk;
     });

@@ -4,12 +4,21 @@
 
 #include "tripkit/advisories.h"
 #include "tripkit/config_defaults.h"
+#include "tripkit/wear_data.h"
+#include "tripkit/wear_forecast.h"
 
 namespace tripkit {
 
 namespace {
 bool isSet(const char* text) {
     return text != nullptr && text[0] != '\0' && std::strncmp(text, "$(", 2) != 0;
+}
+
+// Request paths start with "/", so the base must not end with one.
+std::string serviceBase(std::optional<std::string> configured, std::string_view builtIn) {
+    std::string base = configured && isHttpsUrl(*configured) ? *configured : std::string(builtIn);
+    while (base.ends_with('/')) base.pop_back();
+    return base;
 }
 }  // namespace
 
@@ -29,6 +38,14 @@ std::string Config::advisoriesURL(const Environment& environment) {
     std::optional<std::string> configured = setting("RWAdvisoriesURL", environment);
     if (configured && isHttpsUrl(*configured)) return *configured;
     return std::string(Advisories::serviceURL);
+}
+
+std::string Config::powerURL(const Environment& environment) {
+    return serviceBase(setting("RWPowerURL", environment), WearClimate::host);
+}
+
+std::string Config::forecastURL(const Environment& environment) {
+    return serviceBase(setting("RWForecastURL", environment), WearForecast::host);
 }
 
 PartnerConfig Config::partners(const Environment& environment) {

@@ -30,6 +30,11 @@ struct Config {
     // The advisories service: RWAdvisoriesURL when it is an https address
     // (a mirror, or a test host), else the State Department's own.
     static std::string advisoriesURL(const Environment& environment);
+    // The weather services' bases, without a trailing "/": RWPowerURL (NASA
+    // POWER) and RWForecastURL (MET Norway) when they are https addresses
+    // (a mirror, or a test host), else the services' own.
+    static std::string powerURL(const Environment& environment);
+    static std::string forecastURL(const Environment& environment);
     static PartnerConfig partners(const Environment& environment);
 };
 

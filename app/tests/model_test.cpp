@@ -18,6 +18,7 @@
 #include "app/notifier.h"
 #include "app/storage.h"
 #include "app/tests/test_host.h"
+#include "app/weather.h"
 #include "feedgen/feed.h"
 #include "tripkit/alerts.h"
 #include "tripkit/trip_planner.h"
@@ -307,6 +308,34 @@ TEST_F(ModelTest, PreferencesFallBackAndTheOldHomeAirportKeyIsRead) {
     EXPECT_FALSE(linking.openLink("javascript:alert(1)"));
     EXPECT_FALSE(linking.openLink("https://user@evil.example/"));
     EXPECT_EQ(opened, std::vector<std::string>{"https://www.aviasales.com/search/JFK1405LIS2105"});
+}
+
+TEST_F(ModelTest, WearGuideOffTheMainThreadFallsBackToShippedMonthsAndKeepsOnlyTheLatestAsk) {
+    host.setAll(500);
+    configuration["RWPowerURL"] = host.url();
+    configuration["RWForecastURL"] = host.url();
+    AppModel model(environment(host.url()));
+    const WearPlace& place = WearClimate::File::shipped().places.front();
+    int changes = 0;
+    QObject::connect(&model, &AppModel::wearChanged, [&] { ++changes; });
+
+    model.requestWear(place, today + 30, today + 33, {WearActivity::beach}, false, false);
+    model.requestWear(place, today + 40, today + 44, {WearActivity::hiking}, true, false, TempUnit::celsius);
+    EXPECT_TRUE(model.wearLoading());
+    ASSERT_TRUE(waitFor([&] { return !model.wearLoading(); }));
+    QCoreApplication::processEvents();  // the first ask's late answer, if it were kept
+
+    EXPECT_EQ(changes, 1);
+    const std::shared_ptr<const WearOutcome> wear = model.wear();
+    ASSERT_TRUE(wear);
+    EXPECT_EQ(wear->ask.first, today + 40);
+    EXPECT_EQ(wear->typical, TypicalWeather::Origin::shipped);
+    EXPECT_EQ(wear->forecast, ForecastWeather::Origin::skipped);  // weeks away
+    EXPECT_EQ(wear->guide.days.size(), 5u);
+    EXPECT_EQ(wear->guide.planDays, 5);
+    EXPECT_EQ(wear->credits, std::vector<std::string>{WearClimate::File::shipped().source.credit});
+    // Both asks went through the injected loader to the local host, none elsewhere.
+    EXPECT_EQ(host.requests().size(), 2u);
 }
 
 }  // namespace

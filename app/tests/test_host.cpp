@@ -56,9 +56,16 @@ TestHost::TestHost() {
     if (!m_server->is_valid()) throw std::runtime_error("test host: the certificate was not accepted");
     m_server->Get(".*", [this](const httplib::Request& request, httplib::Response& response) {
         Answer answer{404, "not found", std::chrono::milliseconds(0)};
+        std::map<std::string, std::string> headers;
         {
             std::lock_guard lock(m_mutex);
             m_requests.push_back(request.path);
+            Seen seen{request.path, request.target, request.get_header_value("User-Agent"), std::nullopt};
+            if (request.has_header("If-Modified-Since")) {
+                seen.ifModifiedSince = request.get_header_value("If-Modified-Since");
+            }
+            m_seen.push_back(std::move(seen));
+            if (auto found = m_headers.find(request.path); found != m_headers.end()) headers = found->second;
             if (m_all) {
                 answer.status = *m_all;
             } else if (auto found = m_answers.find(request.path); found != m_answers.end()) {
@@ -67,7 +74,8 @@ TestHost::TestHost() {
         }
         if (answer.delay.count() > 0) std::this_thread::sleep_for(answer.delay);
         response.status = answer.status;
-        response.set_content(answer.body, "application/json");
+        for (const auto& [name, value] : headers) response.set_header(name, value);
+        if (answer.status != 304) response.set_content(answer.body, "application/json");
     });
     m_port = m_server->bind_to_any_port("127.0.0.1");
     if (m_port <= 0) throw std::runtime_error("test host: no port");
@@ -87,6 +95,11 @@ void TestHost::set(const std::string& path, Answer answer) {
     m_answers[path] = std::move(answer);
 }
 
+void TestHost::setHeaders(const std::string& path, std::map<std::string, std::string> headers) {
+    std::lock_guard lock(m_mutex);
+    m_headers[path] = std::move(headers);
+}
+
 void TestHost::setAll(int status) {
     std::lock_guard lock(m_mutex);
     m_all = status;
@@ -97,6 +110,13 @@ void TestHost::clear() {
     m_answers.clear();
     m_all.reset();
     m_requests.clear();
+    m_headers.clear();
+    m_seen.clear();
+}
+
+std::vector<TestHost::Seen> TestHost::seen() const {
+    std::lock_guard lock(m_mutex);
+    return m_seen;
 }
 
 std::vector<std::string> TestHost::requests() const {

@@ -47,11 +47,23 @@ public:
     std::string url() const;
     int port() const { return m_port; }
 
+    // What arrived: the path, the whole target with its query, and the
+    // headers the weather services care about.
+    struct Seen {
+        std::string path;
+        std::string target;
+        std::string userAgent;
+        std::optional<std::string> ifModifiedSince;
+    };
+
     // The answer for a path ("/roamwise-data/flights/JFK.json"); others get 404.
     void set(const std::string& path, Answer answer);
+    // Headers sent with the answer of `path` ("Expires", "Last-Modified").
+    void setHeaders(const std::string& path, std::map<std::string, std::string> headers);
     void setAll(int status);  // every path, known or not, answers this status
     void clear();
     std::vector<std::string> requests() const;
+    std::vector<Seen> seen() const;
 
 private:
     std::unique_ptr<httplib::SSLServer> m_server;
@@ -61,6 +73,8 @@ private:
     std::map<std::string, Answer> m_answers;
     std::optional<int> m_all;
     std::vector<std::string> m_requests;
+    std::map<std::string, std::map<std::string, std::string>> m_headers;
+    std::vector<Seen> m_seen;
 };
 
 // A TCP port on 127.0.0.1 where nothing listens (a host that is down).
