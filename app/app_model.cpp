@@ -231,18 +231,7 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
 
     // 4. The cached books, so the first screen shows the last copy at once.
     FaresData cached = loadCachedFares(s.cache, s.homes, today, s.sampleRequested);
-    s.sample = cached.sample;
-    s.deals = std::move(cached.deals);
-    s.calendar = std::move(cached.calendar);
-    s.history = std::move(cached.history);
-    for (HomeBooks& home : cached.homes) {
-        if (home.fares) s.fareBooks[home.code] = std::move(*home.fares);
-        if (home.calendar) s.calendarBooks[home.code] = std::move(*home.calendar);
-        if (home.history) s.historyBooks[home.code] = std::move(*home.history);
-    }
-    if (auto found = s.fareBooks.find(s.homes.front()); found != s.fareBooks.end()) {
-        s.mainUpdated = found->second.updatedDay();
-    }
+    showFares(cached);
     if (auto advisories = cachedAdvisories(s.cache)) s.advisories = std::move(*advisories);
 
     // Notifications come back from the bus on this thread; the model may be
@@ -365,6 +354,34 @@ void AppModel::refresh() {
     });
 }
 
+// Shows a set of books: the books, deals, calendar and history shown so far
+// give way to them (the feed's status is the caller's).
+void AppModel::showFares(FaresData& data) {
+    State& s = *m_state;
+    s.fareBooks.clear();
+    s.calendarBooks.clear();
+    s.historyBooks.clear();
+    for (HomeBooks& home : data.homes) {
+        if (home.fares) s.fareBooks[home.code] = std::move(*home.fares);
+        if (home.calendar) s.calendarBooks[home.code] = std::move(*home.calendar);
+        if (home.history) s.historyBooks[home.code] = std::move(*home.history);
+    }
+    auto main = s.fareBooks.find(s.homes.front());
+    s.mainUpdated = main != s.fareBooks.end() ? main->second.updatedDay() : std::nullopt;
+    s.deals = std::move(data.deals);
+    s.calendar = std::move(data.calendar);
+    s.history = std::move(data.history);
+    const bool sampleChanged = s.sample != data.sample;
+    s.sample = data.sample;
+    emit fareBooksChanged();
+    emit calendarBooksChanged();
+    emit historyBooksChanged();
+    emit dealsChanged();
+    emit calendarChanged();
+    emit historyChanged();
+    if (sampleChanged) emit sampleModeChanged();
+}
+
 void AppModel::applyRefresh(std::shared_ptr<RefreshOutcome> outcome) {
     State& s = *m_state;
     const Day today = s.today();
@@ -375,30 +392,9 @@ void AppModel::applyRefresh(std::shared_ptr<RefreshOutcome> outcome) {
     // The home airports changed while this ran: its books are of the old list.
     const bool current = !s.refreshAgain;
     if (current) {
-        s.fareBooks.clear();
-        s.calendarBooks.clear();
-        s.historyBooks.clear();
-        for (HomeBooks& home : fares.homes) {
-            if (home.fares) s.fareBooks[home.code] = std::move(*home.fares);
-            if (home.calendar) s.calendarBooks[home.code] = std::move(*home.calendar);
-            if (home.history) s.historyBooks[home.code] = std::move(*home.history);
-        }
-        auto main = s.fareBooks.find(s.homes.front());
-        s.mainUpdated = main != s.fareBooks.end() ? main->second.updatedDay() : std::nullopt;
-        s.deals = std::move(fares.deals);
-        s.calendar = std::move(fares.calendar);
-        s.history = std::move(fares.history);
-        const bool sampleChanged = s.sample != fares.sample;
-        s.sample = fares.sample;
         s.status = fares.status;
         s.faresLoad = loadOf(fares.status);
-        emit fareBooksChanged();
-        emit calendarBooksChanged();
-        emit historyBooksChanged();
-        emit dealsChanged();
-        emit calendarChanged();
-        emit historyChanged();
-        if (sampleChanged) emit sampleModeChanged();
+        showFares(fares);
         emit faresLoadChanged();
     }
 
@@ -590,29 +586,7 @@ void AppModel::setHomeAirports(const std::vector<std::string>& codes) {
     const bool wasRefreshing = s.refreshing;
     {
         // Apply the cached books without the refresh bookkeeping.
-        s.fareBooks.clear();
-        s.calendarBooks.clear();
-        s.historyBooks.clear();
-        for (HomeBooks& home : outcome->fares.homes) {
-            if (home.fares) s.fareBooks[home.code] = std::move(*home.fares);
-            if (home.calendar) s.calendarBooks[home.code] = std::move(*home.calendar);
-            if (home.history) s.historyBooks[home.code] = std::move(*home.history);
-        }
-        auto main = s.fareBooks.find(s.homes.front());
-        s.mainUpdated = main != s.fareBooks.end() ? main->second.updatedDay() : std::nullopt;
-        s.deals = std::move(outcome->fares.deals);
-        s.calendar = std::move(outcome->fares.calendar);
-        s.history = std::move(outcome->fares.history);
-        if (s.sample != outcome->fares.sample) {
-            s.sample = outcome->fares.sample;
-            emit sampleModeChanged();
-        }
-        emit fareBooksChanged();
-        emit calendarBooksChanged();
-        emit historyBooksChanged();
-        emit dealsChanged();
-        emit calendarChanged();
-        emit historyChanged();
+        showFares(outcome->fares);
     }
     if (wasRefreshing) {
         s.refreshAgain = true;
@@ -644,30 +618,7 @@ void AppModel::setSampleMode(bool on) {
     s.settings->setValue(kSampleModeKey, on);
     // Shown at once from what is at hand; the live feed's state stays as it was.
     FaresData data = loadCachedFares(s.cache, s.homes, s.today(), on);
-    const FeedStatus status = s.status;
-    const Load load = s.faresLoad;
-    s.fareBooks.clear();
-    s.calendarBooks.clear();
-    s.historyBooks.clear();
-    for (HomeBooks& home : data.homes) {
-        if (home.fares) s.fareBooks[home.code] = std::move(*home.fares);
-        if (home.calendar) s.calendarBooks[home.code] = std::move(*home.calendar);
-        if (home.history) s.historyBooks[home.code] = std::move(*home.history);
-    }
-    s.deals = std::move(data.deals);
-    s.calendar = std::move(data.calendar);
-    s.history = std::move(data.history);
-    s.status = status;
-    s.faresLoad = load;
-    const bool changed = s.sample != data.sample;
-    s.sample = data.sample;
-    emit fareBooksChanged();
-    emit calendarBooksChanged();
-    emit historyBooksChanged();
-    emit dealsChanged();
-    emit calendarChanged();
-    emit historyChanged();
-    if (changed) emit sampleModeChanged();
+    showFares(data);
     writeWidgetSnapshot();
 }
 

@@ -53,6 +53,7 @@ struct TripSearchResult;  // the planner's answer (tripkit's trip planner)
 namespace roamwise::app {
 
 class Notifier;
+struct FaresData;
 struct RefreshOutcome;
 struct WearOutcome;  // app/weather.h
 
@@ -309,6 +310,7 @@ private:
     QTimer m_refreshTimer;
 
     void applyRefresh(std::shared_ptr<RefreshOutcome> outcome);
+    void showFares(FaresData& data);
     void checkWatches();
     void checkPassportReminders();
     void saveWatches();

@@ -273,6 +273,7 @@ WearOutcome wearGuide(const WearAsk& ask, const WeatherInput& input) {
     }
     out.guide = WhatToWear::guide(
         WearRequest::make(std::move(days), ask.activities, ask.laundry, place.country, ask.modest), ask.unit);
+    out.guide.typicalFromNormals = typical.origin == TypicalWeather::Origin::shipped;
     if (out.guide.usesTypical) out.credits.push_back(typical.credit());
     if (out.guide.usesForecast) out.credits.push_back(std::string(WearForecast::credit));
     return out;

@@ -83,8 +83,7 @@ void printGuide(std::ostream& out, const WearPlace& place, const WearGuide& g, T
         }
     }
     out << "\n"
-        << (g.usesForecast ? WhatToWear::forecastSourceLine : WhatToWear::typicalSourceLine)
-        << "\n";
+        << WhatToWear::sourceLine(g) << "\n";
 }
 
 }  // namespace
@@ -173,6 +172,7 @@ void addWearCommand(CLI::App& root, Io& io) {
             guide = WhatToWear::guide(
                 WearRequest::make(days, activities, options->laundry, place.country, options->modest),
                 unit);
+            guide.typicalFromNormals = true;  // the shipped file's months
         }
         if (options->json) {
             printJson(io.out, encode(guide));

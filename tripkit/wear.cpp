@@ -754,6 +754,11 @@ WearGuide WhatToWear::guide(const WearRequest& request, TempUnit unit) {
     return guide;
 }
 
+std::string_view WhatToWear::sourceLine(const WearGuide& guide) {
+    if (guide.usesForecast) return forecastSourceLine;
+    return guide.typicalFromNormals ? normalsSourceLine : typicalSourceLine;
+}
+
 std::string WhatToWear::exportText(const WearGuide& guide, std::string_view title,
                                    const std::set<std::string>& ticked,
                                    const std::vector<std::string>& dressNotes) {
@@ -780,7 +785,7 @@ std::string WhatToWear::exportText(const WearGuide& guide, std::string_view titl
         for (const std::string& note : dressNotes) lines.push_back("- " + note);
     }
     lines.emplace_back();
-    lines.emplace_back(guide.usesForecast ? forecastSourceLine : typicalSourceLine);
+    lines.emplace_back(sourceLine(guide));
     std::string out;
     for (std::size_t i = 0; i < lines.size(); ++i) {
         if (i > 0) out += '\n';

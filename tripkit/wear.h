@@ -91,6 +91,9 @@ struct WearGuide {
     std::vector<PackItem> packing;  // in the order added
     bool usesForecast = false;
     bool usesTypical = false;
+    // The typical days come from the shipped climate normals rather than
+    // twenty years of NASA POWER daily data; the source line says which.
+    bool typicalFromNormals = false;
     int planDays = 0;
     friend bool operator==(const WearGuide&, const WearGuide&) = default;
 };
@@ -105,6 +108,10 @@ struct WhatToWear {
         "forecast.";
     static constexpr std::string_view typicalSourceLine =
         "Typical weather for these dates (NASA POWER averages), not a forecast.";
+    static constexpr std::string_view normalsSourceLine =
+        "Typical weather for these dates (published climate normals), not a forecast.";
+    // The line that says where the guide's weather comes from.
+    static std::string_view sourceLine(const WearGuide& guide);
 
     // The typical day for `day` blended from the twelve months (January first).
     static WearDay typicalDay(const std::vector<WearMonth>& months, Day day);

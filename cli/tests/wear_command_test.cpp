@@ -52,7 +52,8 @@ TEST(WearCommand, GuideForAPlaceByCodeNameOrAlias) {
     ASSERT_EQ(exported.status, kOk);
     EXPECT_EQ(exported.out.substr(0, 46), "Packing list: Lisbon, 2026-05-01 to 2026-05-03");
     EXPECT_NE(
-        exported.out.find("Typical weather for these dates (NASA POWER averages), not a forecast."),
+        // The shipped months are published normals, not NASA POWER data.
+        exported.out.find("Typical weather for these dates (published climate normals), not a forecast."),
         std::string::npos);
 
     auto table = runCli({"wear", "LIS", "--from", "2026-05-01", "--to", "2026-05-03"});

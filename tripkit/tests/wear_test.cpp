@@ -578,6 +578,9 @@ TEST(WhatToWear, DaytimeEveningAndTextExport) {
     EXPECT_EQ(typical.substr(81, 61), std::string(60, '=') + "\n");
     EXPECT_EQ(typical.find("Local dress notes"), std::string::npos);
     EXPECT_EQ(typical.substr(typical.rfind('\n') + 1), WhatToWear::typicalSourceLine);
+    g.typicalFromNormals = true;
+    const std::string normals = WhatToWear::exportText(g, "x");
+    EXPECT_EQ(normals.substr(normals.rfind('\n') + 1), WhatToWear::normalsSourceLine);
 }
 
 }  // namespace
