@@ -19,6 +19,7 @@
 #include "app/refresh.h"
 #include "app/storage.h"
 #include "app/weather.h"
+#include "tripkit/trip_planner.h"
 #include "tripkit/widget_snapshot.h"
 
 namespace roamwise::app {
@@ -216,7 +217,9 @@ AppModel::AppModel(AppEnvironment environment, QObject* parent)
     s.nudge = decodeSetting<WatchNudge>(settings.value(kWatchNudgeKey), kWatchNudgeKey).value_or(WatchNudge{});
     for (Park park : {Park::disney, Park::universal}) {
         const char* key = park == Park::disney ? kSearchKey : kUniversalSearchKey;
-        TripSearch search = decodeSetting<TripSearch>(settings.value(key), key).value_or(TripSearch{});
+        // A new user starts from the planner's family trip.
+        TripSearch search = decodeSetting<TripSearch>(settings.value(key), key)
+                                .value_or(TripPlanner::defaultSearch(s.homes.front()));
         if (search.origin.empty()) search.origin = s.homes.front();
         s.searches[slot(park)] = std::move(search);
     }

@@ -27,8 +27,10 @@ void run(const std::string& command) {
 }  // namespace
 
 const TestCertificates& TestCertificates::shared() {
-    static const TestCertificates certificates = [] {
-        TestCertificates c;
+    // Never destroyed: the exit handler below still needs its folder.
+    static const TestCertificates& certificates = *[] {
+        auto* made = new TestCertificates;
+        TestCertificates& c = *made;
         char pattern[] = "/tmp/roamwise-ca-XXXXXX";
         c.folder = ::mkdtemp(pattern);
         c.caFile = c.folder + "/ca.pem";
@@ -45,7 +47,7 @@ const TestCertificates& TestCertificates::shared() {
         // Only this process trusts it, the way the curl tool would.
         ::setenv("CURL_CA_BUNDLE", c.caFile.c_str(), 1);
         std::atexit([] { std::filesystem::remove_all(TestCertificates::shared().folder); });
-        return c;
+        return made;
     }();
     return certificates;
 }
