@@ -9,14 +9,15 @@ namespace roamwise::cli {
 
 namespace {
 
-int parseAndRun(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
+int parseAndRun(const std::vector<std::string>& args, std::ostream& out, std::ostream& err,
+                const std::vector<CommandAdder>& commands) {
     CLI::App app{"Roamwise: cheap round trips from your home airports, from a terminal.",
                  "roamwise-cli"};
     app.require_subcommand(1);
     app.fallthrough(false);
     app.set_version_flag("--version", "roamwise-cli " ROAMWISE_VERSION);
-    Io io{out, err};
-    for (const CommandAdder& add : allCommands()) add(app, io);
+    Io io{out, err, args};
+    for (const CommandAdder& add : commands) add(app, io);
 
     // CLI11 wants argv order reversed in a vector.
     std::vector<std::string> reversed(args.rbegin(), args.rend());
@@ -49,8 +50,9 @@ int parseAndRun(const std::vector<std::string>& args, std::ostream& out, std::os
 
 }  // namespace
 
-int run(const std::vector<std::string>& args, std::ostream& out, std::ostream& err) {
-    const int status = parseAndRun(args, out, err);
+int run(const std::vector<std::string>& args, std::ostream& out, std::ostream& err,
+        const std::vector<CommandAdder>& commands) {
+    const int status = parseAndRun(args, out, err, commands);
     // A full disk or a closed pipe must not pass for success.
     if (!out.flush()) {
         err << "roamwise-cli: could not write the output\n";

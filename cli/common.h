@@ -31,11 +31,9 @@ struct UsageError : std::runtime_error {
 struct Io {
     std::ostream& out;
     std::ostream& err;
+    const std::vector<std::string>& args;  // the whole command line, for a hand-over
     int status = 0;
 };
-
-// Registers one subcommand; its callback sets io.status.
-using CommandAdder = std::function<void(CLI::App& root, Io& io)>;
 
 // The options of every command that reads a data-host folder.
 struct DataOptions {

@@ -1,7 +1,10 @@
 #include <iostream>
 
 #include "cli/cli.h"
+#include "cli/commands.h"
 
 int main(int argc, char** argv) {
-    return roamwise::cli::run(std::vector<std::string>(argv + 1, argv + argc), std::cout, std::cerr);
+    using namespace roamwise::cli;
+    return run(std::vector<std::string>(argv + 1, argv + argc), std::cout, std::cerr,
+               allCommands(handOverToAppCore()));
 }

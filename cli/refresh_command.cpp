@@ -5,7 +5,7 @@
 
 #include "app/http_loader.h"
 #include "app/refresh.h"
-#include "cli/commands.h"
+#include "cli/app_core_commands.h"
 #include "cli/table.h"
 #include "tripkit/config.h"
 
@@ -38,9 +38,7 @@ void addHomeOptions(CLI::App& command, HomeOptions& options) {
 
 void addRefreshCommand(CLI::App& root, Io& io) {
     auto options = std::make_shared<HomeOptions>();
-    CLI::App* command = root.add_subcommand(
-        "refresh", "Fetch the home airports' fares, calendars and histories, the advisories and the "
-                   "guides into the application's cache");
+    CLI::App* command = root.add_subcommand("refresh", appCoreHelp::refresh);
     addHomeOptions(*command, *options);
     command->callback([options, &io] {
         app::RefreshInput input;
@@ -81,9 +79,7 @@ void addRefreshCommand(CLI::App& root, Io& io) {
 
 void addStatusCommand(CLI::App& root, Io& io) {
     auto options = std::make_shared<HomeOptions>();
-    CLI::App* command = root.add_subcommand(
-        "status", "The fare feed's state as the application would show it from its cache, and the "
-                  "cached files (fetches nothing)");
+    CLI::App* command = root.add_subcommand("status", appCoreHelp::status);
     addHomeOptions(*command, *options);
     command->callback([options, &io] {
         app::Cache cache{app::Folders::standard().cache};

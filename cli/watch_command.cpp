@@ -11,7 +11,7 @@
 #include "app/app_model.h"
 #include "app/storage.h"
 #include "cli/arguments.h"
-#include "cli/commands.h"
+#include "cli/app_core_commands.h"
 #include "cli/park_data.h"
 #include "cli/table.h"
 #include "tripkit/alerts.h"
@@ -108,7 +108,7 @@ void addWatchCommand(CLI::App& root, Io& io) {
         DataOptions data;
     };
     auto options = std::make_shared<Options>();
-    CLI::App* watch = root.add_subcommand("watch", "Price watches: add, list, check, remove");
+    CLI::App* watch = root.add_subcommand("watch", appCoreHelp::watch);
     watch->require_subcommand(1);
     auto fileOption = [&](CLI::App* command) {
         command->add_option("--file", options->file,

@@ -1,17 +1,13 @@
 // roamwise-cli wear: what to wear and pack for a place and dates, from its
 // typical weather and, for near days, a forecast response; with --live both
-// fetched through the application's weather code and cache.
+// are fetched by the application core (app_core_commands.cpp).
 #include <sstream>
 
-#include <QDateTime>
 #include <fmt/format.h>
 
-#include "app/app_model.h"
-#include "app/weather.h"
 #include "cli/commands.h"
 #include "cli/table.h"
 #include "cli/wear_place.h"
-#include "tripkit/config.h"
 #include "tripkit/destinations.h"
 #include "tripkit/wear.h"
 #include "tripkit/wear_forecast.h"
@@ -21,8 +17,6 @@ namespace roamwise::cli {
 using namespace tripkit;
 
 namespace {
-
-const Config::Environment kEnvironment = [](const char* name) { return std::getenv(name); };
 
 std::set<WearActivity> parseActivities(const std::string& text) {
     std::set<WearActivity> out;
@@ -100,7 +94,7 @@ const WearPlace& resolveWearPlace(const std::string& text) {
                      "\" with typical weather (name, alias or destination code)");
 }
 
-void addWearCommand(CLI::App& root, Io& io) {
+void addWearCommand(CLI::App& root, Io& io, const LiveWearSource& live) {
     struct Options {
         std::string place;
         std::string from;
@@ -144,7 +138,7 @@ void addWearCommand(CLI::App& root, Io& io) {
     CLI::Option* exported =
         command->add_flag("--export", options->exportText, "Print the packing list as plain text");
     json->excludes(exported);
-    command->callback([options, &io] {
+    command->callback([options, &io, live] {
         const WearPlace& place = resolveWearPlace(options->place);
         const std::set<WearActivity> activities = parseActivities(options->activities);
         const TempUnit unit = options->unit == "c" ? TempUnit::celsius : TempUnit::fahrenheit;
@@ -153,16 +147,9 @@ void addWearCommand(CLI::App& root, Io& io) {
         WearGuide guide;
         std::vector<std::string> credits;
         if (options->live) {
-            const app::WearAsk ask{place, from, to, activities, options->laundry, options->modest, unit};
-            const app::WeatherInput input = app::WeatherInput::standard(
-                app::Cache{app::Folders::standard().cache}, kEnvironment,
-                QDateTime::currentSecsSinceEpoch(), Day::today());
-            app::WearOutcome outcome = app::wearGuide(ask, input);
-            for (const std::string& problem : outcome.problems) {
-                io.err << "roamwise-cli: " << shown(problem) << "\n";
-            }
-            io.err << "roamwise-cli: typical weather " << app::caseName(outcome.typical)
-                   << ", forecast " << app::caseName(outcome.forecast) << "\n";
+            LiveWear outcome = live(LiveWearAsk{place, from, to, activities, options->laundry,
+                                                options->modest, unit},
+                                    io);
             guide = std::move(outcome.guide);
             credits = std::move(outcome.credits);
         } else {

@@ -1,7 +1,7 @@
 // roamwise-cli widget: the snapshot the application writes after each
 // refresh ("widget.json" in its data folder), for status bars and scripts.
 #include "app/app_model.h"
-#include "cli/commands.h"
+#include "cli/app_core_commands.h"
 #include "cli/table.h"
 #include "tripkit/widget_snapshot.h"
 
@@ -26,8 +26,7 @@ void addWidgetCommand(CLI::App& root, Io& io) {
         std::string today;
     };
     auto options = std::make_shared<Options>();
-    CLI::App* command = root.add_subcommand(
-        "widget", "The widget's snapshot: the best deal and the watched prices");
+    CLI::App* command = root.add_subcommand("widget", appCoreHelp::widget);
     command->add_flag("--line", options->line, "One line of text, for status bars");
     command->add_flag("--json", options->json, "Print the snapshot's JSON");
     command->add_option("--today", options->today, "Day to judge its age by (YYYY-MM-DD; default: today)")

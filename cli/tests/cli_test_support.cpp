@@ -6,7 +6,7 @@
 #include <random>
 #include <sstream>
 
-#include "cli/cli.h"
+#include "cli/app_core_commands.h"
 
 namespace roamwise::cli::testing {
 
