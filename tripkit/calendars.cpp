@@ -453,52 +453,189 @@ void decode(const json::Value& v, CalendarBook::Entry& out) {
     out.seen = cell.seen ? std::optional<std::string>(*cell.seen) : std::nullopt;
 }
 
+namespace {
+
+// Builds a book's grid from its cells as either reader gives them: impossible
+// cells skipped and counted, names interned, days read with the month cache.
+class GridBuilder {
+public:
+    explicit GridBuilder(CalendarBook& out)
+        : m_out(out), m_updated(Day::parse(out.updated)), m_airlines(out.airlines) {
+        out.routes.clear();
+        out.airlines.clear();
+        out.skippedImpossible = 0;
+    }
+
+    std::vector<CalendarFare>& route(std::string_view to) {
+        auto found = m_out.routes.find(to);
+        if (found == m_out.routes.end()) {
+            found = m_out.routes.emplace(std::string(to), std::vector<CalendarFare>{}).first;
+        }
+        return found->second;
+    }
+
+    void add(std::vector<CalendarFare>& fares, std::string_view departText, const Cell& cell) {
+        // A cell the job could not date says nothing: skip it alone.
+        const std::optional<Day> depart = m_departs.read(departText);
+        if (!depart) return;
+        const std::optional<Day> back = cell.back ? m_backs.read(*cell.back) : std::nullopt;
+        std::optional<Day> seen = cell.seen ? m_seens.read(*cell.seen) : std::nullopt;
+        bool impossible = !(cell.price > 0) || !std::isfinite(cell.price) || cell.stops < 0 ||
+                          (back && *back < *depart);
+        if (!seen) {
+            seen = m_updated;
+        } else if (m_updated && *seen > *m_updated) {
+            impossible = true;
+        }
+        impossible = impossible || !fitsDayCount(*depart) || (back && !fitsDayCount(*back)) ||
+                     (seen && !fitsDayCount(*seen));
+        if (impossible) {
+            ++m_out.skippedImpossible;
+            return;
+        }
+        CalendarFare fare;
+        fare.price = cell.price;
+        fare.depart = static_cast<std::int32_t>(depart->count);
+        fare.back = dayCount(back);
+        fare.seen = dayCount(seen);
+        fare.stops = cell.stops;
+        fare.airline = m_airlines.intern(cell.airline);
+        fares.push_back(fare);
+    }
+
+private:
+    CalendarBook& m_out;
+    std::optional<Day> m_updated;
+    AirlineTable m_airlines;
+    DayReader m_departs, m_backs, m_seens;
+};
+
+namespace ondemand = simdjson::ondemand;
+
+// One cell through the On-Demand API; false for anything the DOM reader
+// would refuse or read otherwise (a whole number written as 2.0, say).
+bool readCellFast(ondemand::value value, Cell& cell) {
+    ondemand::array array;
+    if (value.get_array().get(array) != simdjson::SUCCESS) return false;
+    int i = 0;
+    for (auto element : array) {
+        ondemand::value e;
+        if (element.get(e) != simdjson::SUCCESS) return false;
+        switch (i++) {
+            case 0:
+                if (e.get_double().get(cell.price) != simdjson::SUCCESS) return false;
+                break;
+            case 1:
+                if (e.get_string().get(cell.airline) != simdjson::SUCCESS) return false;
+                break;
+            case 2: {
+                std::int64_t stops = 0;
+                if (e.get_int64().get(stops) != simdjson::SUCCESS) return false;
+                if (stops < INT32_MIN || stops > INT32_MAX) return false;
+                cell.stops = static_cast<int>(stops);
+                break;
+            }
+            case 3:
+            case 4: {
+                bool null = false;
+                if (e.is_null().get(null) != simdjson::SUCCESS) return false;
+                if (null) break;
+                std::string_view text;
+                if (e.get_string().get(text) != simdjson::SUCCESS) return false;
+                (i == 4 ? cell.back : cell.seen) = text;
+                break;
+            }
+            default:
+                return false;
+        }
+    }
+    return i >= 3;
+}
+
+// Reads the routes object into the grid; false as soon as anything is unusual.
+bool readRoutesFast(ondemand::value value, GridBuilder& grid) {
+    ondemand::object routes;
+    if (value.get_object().get(routes) != simdjson::SUCCESS) return false;
+    for (auto route : routes) {
+        std::string_view to;
+        ondemand::object days;
+        if (route.unescaped_key().get(to) != simdjson::SUCCESS ||
+            route.value().get_object().get(days) != simdjson::SUCCESS) {
+            return false;
+        }
+        std::vector<CalendarFare>& fares = grid.route(to);
+        for (auto day : days) {
+            std::string_view depart;
+            Cell cell;
+            if (day.unescaped_key().get(depart) != simdjson::SUCCESS ||
+                !readCellFast(day.value(), cell)) {
+                return false;
+            }
+            grid.add(fares, depart, cell);
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
 // Hand-written: the routes become the compact grid, impossible cells skipped
 // and counted.
 void decode(const json::Value& v, CalendarBook& out) {
     out.origin = v.get<std::string>("origin");
     out.updated = v.get<std::string>("updated");
-    const std::optional<Day> updated = Day::parse(out.updated);
-    out.routes.clear();
-    out.airlines.clear();
-    out.skippedImpossible = 0;
-    AirlineTable airlines(out.airlines);
-    DayReader departs, backs, seens;
+    GridBuilder grid(out);
     v.field("routes").forEachMember([&](std::string_view to, const json::Value& days) {
-        auto route = out.routes.find(to);
-        if (route == out.routes.end()) route = out.routes.emplace(std::string(to), std::vector<CalendarFare>{}).first;
-        std::vector<CalendarFare>& fares = route->second;
+        std::vector<CalendarFare>& fares = grid.route(to);
         if (days.isObject()) fares.reserve(fares.size() + days.size());
         days.forEachMember([&](std::string_view departText, const json::Value& value) {
-            const Cell cell = readCell(value);
-            // A cell the job could not date says nothing: skip it alone.
-            const std::optional<Day> depart = departs.read(departText);
-            if (!depart) return;
-            const std::optional<Day> back = cell.back ? backs.read(*cell.back) : std::nullopt;
-            std::optional<Day> seen = cell.seen ? seens.read(*cell.seen) : std::nullopt;
-            bool impossible = !(cell.price > 0) || !std::isfinite(cell.price) || cell.stops < 0 ||
-                              (back && *back < *depart);
-            if (!seen) {
-                seen = updated;
-            } else if (updated && *seen > *updated) {
-                impossible = true;
-            }
-            impossible = impossible || !fitsDayCount(*depart) || (back && !fitsDayCount(*back)) ||
-                         (seen && !fitsDayCount(*seen));
-            if (impossible) {
-                ++out.skippedImpossible;
-                return;
-            }
-            CalendarFare fare;
-            fare.price = cell.price;
-            fare.depart = static_cast<std::int32_t>(depart->count);
-            fare.back = dayCount(back);
-            fare.seen = dayCount(seen);
-            fare.stops = cell.stops;
-            fare.airline = airlines.intern(cell.airline);
-            fares.push_back(fare);
+            grid.add(fares, departText, readCell(value));
         });
     });
+}
+
+// The nightly job writes origin, updated and routes in that order and nothing
+// else; any other document (keys repeated, missing, reordered or unknown, a
+// value of another type) is left to the DOM decoder, so that what is accepted
+// and every error message stay exactly the DOM decoder's.
+std::optional<CalendarBook> CalendarBook::readFast(const char* data, std::size_t size) {
+    thread_local ondemand::parser parser;
+    ondemand::document doc;
+    ondemand::object root;
+    if (parser.iterate(data, size, size + simdjson::SIMDJSON_PADDING).get(doc) != simdjson::SUCCESS ||
+        doc.get_object().get(root) != simdjson::SUCCESS) {
+        return std::nullopt;
+    }
+    CalendarBook out;
+    std::optional<GridBuilder> grid;
+    bool origin = false;
+    bool routes = false;
+    for (auto field : root) {
+        std::string_view key;
+        ondemand::value value;
+        if (field.unescaped_key().get(key) != simdjson::SUCCESS ||
+            field.value().get(value) != simdjson::SUCCESS) {
+            return std::nullopt;
+        }
+        std::string_view text;
+        if (key == "origin" && !origin && !grid) {
+            if (value.get_string().get(text) != simdjson::SUCCESS) return std::nullopt;
+            out.origin = text;
+            origin = true;
+        } else if (key == "updated" && origin && !grid) {
+            if (value.get_string().get(text) != simdjson::SUCCESS) return std::nullopt;
+            out.updated = text;
+            grid.emplace(out);
+        } else if (key == "routes" && grid && !routes) {
+            if (!readRoutesFast(value, *grid)) return std::nullopt;
+            routes = true;
+        } else {
+            return std::nullopt;
+        }
+    }
+    // On-Demand reads forward only: a truncated or trailing document shows here.
+    if (!routes || doc.current_location().error() != simdjson::OUT_OF_BOUNDS) return std::nullopt;
+    return out;
 }
 
 json::Json encode(const CalendarBook::Entry& e) {

@@ -56,6 +56,7 @@ struct CalendarFare {
         return seen == noDay ? std::nullopt : std::optional<Day>(Day{seen});
     }
     bool oneWay() const { return back == noDay; }
+    friend bool operator==(const CalendarFare&, const CalendarFare&) = default;
 };
 
 // One calendar file. Cells are written positionally to keep the nightly file
@@ -93,6 +94,12 @@ struct CalendarBook {
 
     // Same origin, updated text and trips (airline tables may differ in order).
     friend bool operator==(const CalendarBook& a, const CalendarBook& b);
+
+    // A whole calendar file read with simdjson's On-Demand API: no tape and
+    // nothing allocated per value. Gives nothing for any file but a plainly
+    // written one (see calendars.cpp); the DOM decoder then reads it and says
+    // what is wrong. SIMDJSON_PADDING bytes after `data + size` must be readable.
+    static std::optional<CalendarBook> readFast(const char* data, std::size_t size);
 };
 
 // The books of the home airports merged: per destination, the departure days

@@ -8,6 +8,7 @@
 // Writing goes through nlohmann's ordered_json, which keeps our field order.
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -210,24 +211,52 @@ void decode(const Value& v, std::vector<T>& out) {
     out = v.asVector<T>();
 }
 
+// A record may offer a fast reader of a whole document (simdjson On-Demand)
+// that gives nothing for anything but a plainly written file; the DOM decoder
+// then runs, so what is accepted and every error message stay its own.
+template <class T>
+concept ReadsFast = requires(const char* data, std::size_t size) {
+    { T::readFast(data, size) } -> std::same_as<std::optional<T>>;
+};
+
+// Decodes a whole document as T with the DOM decoder alone.
+template <class T>
+T decodeTree(std::string_view bytes, std::string source) {
+    return parse(bytes, std::move(source)).root().template as<T>();
+}
+
 // Decodes a whole document as T.
 template <class T>
 T decodeDocument(std::string_view bytes, std::string source) {
+    if constexpr (ReadsFast<T>) {
+        const simdjson::padded_string padded(bytes);
+        if (std::optional<T> fast = T::readFast(padded.data(), padded.size())) return std::move(*fast);
+    }
     return parse(bytes, std::move(source)).root().template as<T>();
 }
 template <class T>
 T decodeDocument(const std::string& bytes, std::string source) {
+    if constexpr (ReadsFast<T>) {
+        if (bytes.capacity() - bytes.size() >= simdjson::SIMDJSON_PADDING) {
+            if (std::optional<T> fast = T::readFast(bytes.data(), bytes.size())) return std::move(*fast);
+        } else {
+            return decodeDocument<T>(std::string_view(bytes), std::move(source));
+        }
+    }
     return parse(bytes, std::move(source)).root().template as<T>();
 }
 template <class T>
 T decodeDocument(const char* text, std::string source) {
-    return parse(text, std::move(source)).root().template as<T>();
+    return decodeDocument<T>(std::string_view(text), std::move(source));
 }
 
 // Takes the bytes and frees them once parsed, so that a large file is not
 // held twice while it is decoded.
 template <class T>
 T decodePadded(simdjson::padded_string bytes, std::string source) {
+    if constexpr (ReadsFast<T>) {
+        if (std::optional<T> fast = T::readFast(bytes.data(), bytes.size())) return std::move(*fast);
+    }
     Document doc = parsePadded(bytes, std::move(source));
     bytes = simdjson::padded_string();
     return doc.root().template as<T>();

@@ -178,6 +178,57 @@ TEST(CalendarBook, EncodesPositionallyAndRoundTrips) {
     EXPECT_EQ(json::decodeDocument<CalendarBook>(encoded.dump(), "again"), made);
 }
 
+TEST(CalendarBook, TheFastReaderReadsPlainFilesAsTheTreeDoesAndLeavesTheRestToIt) {
+    // decodeDocument tries the On-Demand reader first; whatever it takes or
+    // leaves, the outcome must be the DOM decoder's, value or message.
+    const std::string cells = R"({"2026-12-01":[412,"TP",0,"2026-12-09","2026-11-19"],"2026-12-02":[0,"TP",0]})";
+    struct Case {
+        std::string text;
+        bool fast;  // read by the On-Demand reader
+    };
+    const std::vector<Case> cases = {
+        {readData("JFK.json"), false},  // 2.0 stops: only the tree reads a whole number so
+        {encode(json::decodeDocument<CalendarBook>(readData("JFK.json"), "c")).dump(), true},
+        {R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":)" + cells + "}}", true},
+        {R"({"origin":"J\u0046K","updated":"2026-11-20","routes":{"L\u0049S":)" + cells + "}}", true},
+        {R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":)" + cells + R"(,"LIS":)" + cells + "}}", true},
+        {R"({"routes":{"LIS":)" + cells + R"(},"origin":"JFK","updated":"2026-11-20"})", false},
+        {R"({"origin":"JFK","updated":"2026-11-20","routes":{},"note":1})", false},
+        {R"({"origin":"JFK","origin":"EWR","updated":"2026-11-20","routes":{}})", false},
+        {R"({"origin":"JFK","updated":"2026-11-20","routes":{}} [])", false},
+        {R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":{"2026-12-01":[412,"TP",0]})", false},
+        {R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":{"2026-12-01":[1e999,"TP",0]}}})", false},
+        {R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":{"2026-12-01":[412,"TP",99999999999]}}})", false},
+        {R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":{"2026-12-01":[412,"TP",0,null,null,1]}}})", false},
+        {R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":{"2026-12-01":[412,"TP",0,nul]}}})", false},
+        {R"([1,2])", false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.text.substr(0, 120));
+        const simdjson::padded_string padded(c.text);
+        EXPECT_EQ(CalendarBook::readFast(padded.data(), padded.size()).has_value(), c.fast);
+        std::optional<CalendarBook> tree, document;
+        std::string treeError, documentError;
+        try {
+            tree = json::decodeTree<CalendarBook>(c.text, "calendars/JFK.json");
+        } catch (const json::DecodeError& e) {
+            treeError = e.what();
+        }
+        try {
+            document = json::decodeDocument<CalendarBook>(c.text, "calendars/JFK.json");
+        } catch (const json::DecodeError& e) {
+            documentError = e.what();
+        }
+        EXPECT_EQ(documentError, treeError);
+        ASSERT_EQ(document.has_value(), tree.has_value());
+        if (!tree) continue;
+        EXPECT_EQ(document->routes, tree->routes);
+        EXPECT_EQ(document->airlines, tree->airlines);
+        EXPECT_EQ(document->skippedImpossible, tree->skippedImpossible);
+        EXPECT_EQ(document->origin, tree->origin);
+    }
+}
+
 TEST(RoundTrip, StaleAfterThreeDaysAndKeyedJson) {
     auto t = trip("LIS", 10, 412, 3);
     EXPECT_FALSE(t.isStale(kToday));
