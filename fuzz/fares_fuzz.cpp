@@ -8,6 +8,7 @@
 using namespace tripkit;
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    roamwise::fuzz::checkFastReader<FareBook>(data, size, std::equal_to<FareBook>{});
     const std::optional<FareBook> book = roamwise::fuzz::decoded<FareBook>(data, size);
     if (!book) return 0;
     roamwise::fuzz::checkRoundTrip(*book, roamwise::fuzz::Fidelity::decodes);

@@ -35,6 +35,22 @@ std::optional<T> decoded(const std::uint8_t* data, std::size_t size) {
     std::abort();
 }
 
+// A record's fast reader must read a file exactly as the DOM decoder does
+// (`same`), or leave it to the DOM decoder.
+template <class T, class Same>
+void checkFastReader(const std::uint8_t* data, std::size_t size, Same same) {
+    const simdjson::padded_string padded(bytesOf(data, size));
+    const std::optional<T> fast = T::readFast(padded.data(), padded.size());
+    if (!fast) return;
+    std::optional<T> tree;
+    try {
+        tree = tripkit::json::decodeTree<T>(bytesOf(data, size), "fuzz");
+    } catch (const tripkit::json::DecodeError&) {
+        fail("the fast reader took a file the DOM decoder refuses");
+    }
+    if (!same(*fast, *tree)) fail("the fast reader and the DOM decoder read different records");
+}
+
 // Records the application writes (saved state, the widget file, watches)
 // must read back as themselves; anything else means a value was lost or
 // invented on the way. Downloaded files are cached byte for byte, so their

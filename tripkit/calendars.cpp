@@ -8,6 +8,7 @@
 
 #include "tripkit/freshness.h"
 #include "tripkit/hashing.h"
+#include "tripkit/json_fast.h"
 #include "tripkit/json_fields.h"
 
 namespace tripkit {
@@ -523,7 +524,7 @@ bool readCellFast(ondemand::value value, Cell& cell) {
         if (element.get(e) != simdjson::SUCCESS) return false;
         switch (i++) {
             case 0:
-                if (e.get_double().get(cell.price) != simdjson::SUCCESS) return false;
+                if (!json::fast::read(e, cell.price)) return false;
                 break;
             case 1:
                 if (e.get_string().get(cell.airline) != simdjson::SUCCESS) return false;
@@ -606,13 +607,10 @@ void decode(const json::Value& v, CalendarBook& out) {
 // value of another type) is left to the DOM decoder, so that what is accepted
 // and every error message stay exactly the DOM decoder's.
 std::optional<CalendarBook> CalendarBook::readFast(const char* data, std::size_t size) {
-    thread_local ondemand::parser parser;
+    json::fast::ThreadParser parser;
     ondemand::document doc;
     ondemand::object root;
-    if (parser.iterate(data, size, size + simdjson::SIMDJSON_PADDING).get(doc) != simdjson::SUCCESS ||
-        doc.get_object().get(root) != simdjson::SUCCESS) {
-        return std::nullopt;
-    }
+    if (!json::fast::start(parser.get(), data, size, doc, root)) return std::nullopt;
     CalendarBook out;
     std::optional<GridBuilder> grid;
     bool origin = false;
@@ -640,8 +638,7 @@ std::optional<CalendarBook> CalendarBook::readFast(const char* data, std::size_t
             return std::nullopt;
         }
     }
-    // On-Demand reads forward only: a truncated or trailing document shows here.
-    if (!routes || doc.current_location().error() != simdjson::OUT_OF_BOUNDS) return std::nullopt;
+    if (!routes || !json::fast::atEnd(doc)) return std::nullopt;
     return out;
 }
 

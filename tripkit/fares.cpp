@@ -4,6 +4,7 @@
 #include <cmath>
 #include <unordered_map>
 
+#include "tripkit/json_fast.h"
 #include "tripkit/json_fields.h"
 
 namespace tripkit {
@@ -259,6 +260,93 @@ void decode(const json::Value& v, FareBook& out) {
             ++out.impossible;
         }
     });
+}
+
+namespace {
+
+namespace ondemand = simdjson::ondemand;
+
+bool readDayFaresFast(ondemand::value value, FareBook::DayFares& out, int& impossible) {
+    ondemand::object days;
+    if (value.get_object().get(days) != simdjson::SUCCESS) return false;
+    for (auto dayResult : days) {
+        ondemand::field day;
+        std::string_view text;
+        ondemand::array options;
+        if (std::move(dayResult).get(day) != simdjson::SUCCESS ||
+            day.unescaped_key().get(text) != simdjson::SUCCESS ||
+            day.value().get_array().get(options) != simdjson::SUCCESS) {
+            return false;
+        }
+        std::vector<FareOption>& kept = out[std::string(text)];
+        for (auto element : options) {
+            ondemand::value v;
+            FareOption option;
+            if (element.get(v) != simdjson::SUCCESS || !json::fast::readFields(v, option)) return false;
+            if (isPossible(option)) {
+                kept.push_back(std::move(option));
+            } else {
+                ++impossible;
+            }
+        }
+    }
+    return true;
+}
+
+bool readDealsFast(ondemand::value value, std::vector<Deal>& out, int& impossible) {
+    ondemand::array deals;
+    std::size_t count = 0;
+    if (value.get_array().get(deals) != simdjson::SUCCESS ||
+        deals.count_elements().get(count) != simdjson::SUCCESS) {
+        return false;
+    }
+    out.reserve(count);  // a large file's deals are not held twice while the vector grows
+    for (auto element : deals) {
+        ondemand::value v;
+        Deal deal;
+        if (element.get(v) != simdjson::SUCCESS || !json::fast::readFields(v, deal)) return false;
+        if (isPossible(deal)) {
+            out.push_back(std::move(deal));
+        } else {
+            ++impossible;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+// The nightly job writes the five keys in this order and nothing else; any
+// other document is left to the DOM decoder (see json::ReadsFast).
+std::optional<FareBook> FareBook::readFast(const char* data, std::size_t size) {
+    json::fast::ThreadParser parser;
+    ondemand::document doc;
+    ondemand::object root;
+    if (!json::fast::start(parser.get(), data, size, doc, root)) return std::nullopt;
+    static constexpr std::string_view kKeys[] = {"origin", "updated", "toOrlando", "fromOrlando",
+                                                 "deals"};
+    FareBook out;
+    std::size_t next = 0;
+    for (auto result : root) {
+        ondemand::field field;
+        std::string_view key;
+        if (next == std::size(kKeys) || std::move(result).get(field) != simdjson::SUCCESS ||
+            field.unescaped_key().get(key) != simdjson::SUCCESS || key != kKeys[next]) {
+            return std::nullopt;
+        }
+        ondemand::value& value = field.value();
+        bool ok = false;
+        switch (next++) {
+            case 0: ok = json::fast::read(value, out.origin); break;
+            case 1: ok = json::fast::read(value, out.updated); break;
+            case 2: ok = readDayFaresFast(value, out.toOrlando, out.impossible); break;
+            case 3: ok = readDayFaresFast(value, out.fromOrlando, out.impossible); break;
+            default: ok = readDealsFast(value, out.deals, out.impossible); break;
+        }
+        if (!ok) return std::nullopt;
+    }
+    if (next != std::size(kKeys) || !json::fast::atEnd(doc)) return std::nullopt;
+    return out;
 }
 
 TRIPKIT_JSON_CODEC(FareFilter)

@@ -198,6 +198,8 @@ TEST(CalendarBook, TheFastReaderReadsPlainFilesAsTheTreeDoesAndLeavesTheRestToIt
         {R"({"origin":"JFK","updated":"2026-11-20","routes":{}} [])", false},
         {R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":{"2026-12-01":[412,"TP",0]})", false},
         {R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":{"2026-12-01":[1e999,"TP",0]}}})", false},
+        {R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":{"2026-12-01":[241111111111111111111111,"TP",0]}}})", false},
+        {R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":{"2026-12-01":[18446744073709551615,"TP",0]}}})", false},
         {R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":{"2026-12-01":[412,"TP",99999999999]}}})", false},
         {R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":{"2026-12-01":[412,"TP",0,null,null,1]}}})", false},
         {R"({"origin":"JFK","updated":"2026-11-20","routes":{"LIS":{"2026-12-01":[412,"TP",0,nul]}}})", false},

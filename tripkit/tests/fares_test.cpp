@@ -187,6 +187,58 @@ TEST(FaresJson, ImpossibleFaresAreLeftOutAndCounted) {
     EXPECT_TRUE(Fares::deals({future}, kToday).empty());
 }
 
+TEST(FaresJson, TheFastReaderReadsPlainFilesAsTheTreeDoesAndLeavesTheRestToIt) {
+    FareBook plain = book("JFK", {deal("LIS", 199.5, 1), deal("CUN", 0, std::nullopt)});
+    plain.deals[1].returnDay.reset();
+    plain.deals[0].advisory = "Exercise increased caution";
+    plain.toOrlando["2026-12-01"] = {FareOption{"NK", 59, 1, std::string("l"), kToday},
+                                     FareOption{"B6", 89, -1, {}, {}}};
+    plain.fromOrlando["2026-12-08"] = {};
+    const std::string text = encode(plain).dump();
+    const std::string deal = R"({"destination":"LIS","city":"Lisbon","country":"Portugal",)"
+                             R"("airline":"TP","price":199,"stops":0,"depart":"2026-12-01")";
+    const std::string head = R"({"origin":"JFK","updated":"2026-11-23","toOrlando":{},"fromOrlando":{},"deals":[)";
+    struct Case {
+        std::string text;
+        bool fast;  // read by the On-Demand reader
+    };
+    const std::vector<Case> cases = {
+        {text, true},
+        {head + deal + R"(,"return":null,"link":null}]})", true},
+        {head + deal + R"(,"origin":"EWR","seen":"2026-11-20"},)" + deal + "}]}", true},
+        {head + deal + R"(,"stops":1}]})", false},         // a key twice
+        {head + deal + R"(,"note":"x"}]})", false},        // a key unknown
+        {head + R"({"city":"Lisbon"}]})", false},          // keys missing
+        {head + deal + R"(,"return":"2026-13-01"}]})", false},
+        {head + deal + R"(,"airline":7}]})", false},
+        {head + R"({"destination":"LIS","city":"Lisbon","country":"Portugal","airline":"TP","price":99999999999999999999999,"stops":0,"depart":"2026-12-01"}]})", false},
+        {head + R"({"destination":"LIS","city":"Lisbon","country":"Portugal","airline":"TP","price":199,"stops":2.0,"depart":"2026-12-01"}]})", false},
+        {R"({"updated":"2026-11-23","origin":"JFK","toOrlando":{},"fromOrlando":{},"deals":[]})", false},
+        {head + "]}", true},
+        {head + "]} {}", false},
+        {head + "]", false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.text.substr(0, 160));
+        const simdjson::padded_string padded(c.text);
+        EXPECT_EQ(FareBook::readFast(padded.data(), padded.size()).has_value(), c.fast);
+        std::optional<FareBook> tree, document;
+        std::string treeError, documentError;
+        try {
+            tree = json::decodeTree<FareBook>(c.text, "flights/JFK.json");
+        } catch (const json::DecodeError& e) {
+            treeError = e.what();
+        }
+        try {
+            document = json::decodeDocument<FareBook>(c.text, "flights/JFK.json");
+        } catch (const json::DecodeError& e) {
+            documentError = e.what();
+        }
+        EXPECT_EQ(documentError, treeError);
+        EXPECT_EQ(document, tree);
+    }
+}
+
 TEST(Fares, AirlinesAndNames) {
     FareBook b = book("JFK", {});
     b.toOrlando["2026-12-01"] = {FareOption{"NK", 1, 0, {}, {}}, FareOption{"B6", 1, 0, {}, {}}};
