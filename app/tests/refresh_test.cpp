@@ -80,11 +80,12 @@ TEST_F(RefreshTest, SecondHostServesWhenTheFirstFailsAndOnlyDecodedBytesAreCache
     const FileReport& fares = fileNamed(outcome.report, "fares-JFK.json");
     EXPECT_EQ(fares.status, FileReport::Status::fetched);
     EXPECT_EQ(fares.host, std::string(Config::defaultDataURL));
-    EXPECT_TRUE(cached(cache, "fares-JFK.json") == files.at("flights/JFK.json")) << "fares-JFK.json";
-    EXPECT_TRUE(cached(cache, "calendar-JFK.json") == files.at("calendars/JFK.json")) << "calendar-JFK.json";
-    EXPECT_TRUE(cached(cache, "history-JFK.json") == files.at("history/JFK.json")) << "history-JFK.json";
+    for (const auto& [name, path] : std::vector<std::pair<std::string, std::string>>{
+             {"fares-JFK.json", "flights/JFK.json"}, {"calendar-JFK.json", "calendars/JFK.json"},
+             {"history-JFK.json", "history/JFK.json"}, {"advisories.json", "advisories.json"}}) {
+        EXPECT_TRUE(cached(cache, name) == files.at(path)) << name;
+    }
     EXPECT_EQ(outcome.report.advisories, Load::loaded);
-    EXPECT_TRUE(cached(cache, "advisories.json") == files.at("advisories.json")) << "advisories.json";
     EXPECT_FALSE(outcome.advisories->empty());
     // The first host was asked for each file before the second.
     EXPECT_EQ(first.requests().front(), "/roamwise-data/flights/JFK.json");

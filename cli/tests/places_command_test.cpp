@@ -11,14 +11,18 @@ namespace roamwise::cli {
 namespace {
 
 using testing::runCli;
+using Codes = std::vector<std::string>;
 
-std::vector<std::string> codesOf(const tripkit::json::Json& list, const char* key) {
-    std::vector<std::string> out;
-    for (const auto& item : list) out.push_back(item[key].get<std::string>());
+// The `key` of each listed item of a --json run, in order.
+Codes codesOf(const std::vector<std::string>& args, const char* key = "code") {
+    const auto r = runCli(args);
+    EXPECT_EQ(r.status, kOk) << r.err;
+    Codes out;
+    for (const auto& item : r.json()) out.push_back(item[key].get<std::string>());
     return out;
 }
 
-bool has(const std::vector<std::string>& list, const std::string& item) {
+bool has(const Codes& list, const std::string& item) {
     return std::find(list.begin(), list.end(), item) != list.end();
 }
 
@@ -27,18 +31,12 @@ TEST(PlacesCommand, AirportsListAndSearch) {
     ASSERT_EQ(all.status, kOk) << all.err;
     const auto& shipped = tripkit::Airports::shipped().list;
     ASSERT_EQ(all.json().size(), shipped.size());
-    // The catalog's own keys, in file order.
-    EXPECT_EQ(all.json()[0], tripkit::encode(shipped[0]));
+    EXPECT_EQ(all.json()[0], tripkit::encode(shipped[0]));  // the catalog's own keys
 
-    auto orlando = runCli({"places", "airports", "orlando", "--json"});
-    ASSERT_EQ(orlando.status, kOk);
-    const auto codes = codesOf(orlando.json(), "code");
-    EXPECT_TRUE(has(codes, "MCO"));
-    EXPECT_TRUE(has(codes, "SFB"));  // "Orlando Sanford International Airport"
-    EXPECT_FALSE(has(codes, "TPA"));
-
-    auto accents = runCli({"places", "airports", "munoz marin", "--json"});
-    EXPECT_EQ(codesOf(accents.json(), "code"), (std::vector<std::string>{"SJU"}));
+    // "Orlando Sanford International Airport" is found by its city too.
+    const Codes orlando = codesOf({"places", "airports", "orlando", "--json"});
+    EXPECT_TRUE(has(orlando, "MCO") && has(orlando, "SFB") && !has(orlando, "TPA"));
+    EXPECT_EQ(codesOf({"places", "airports", "munoz marin", "--json"}), Codes{"SJU"});
 
     auto table = runCli({"places", "airports", "san j"});
     ASSERT_EQ(table.status, kOk);
@@ -53,30 +51,20 @@ TEST(PlacesCommand, DestinationsFilterByCategoryPlaceAndSearch) {
     ASSERT_FALSE(beaches.json().empty());
     for (const auto& d : beaches.json()) {
         EXPECT_FALSE(d["domestic"].get<bool>()) << d["id"];
-        const auto cats = d["categories"].get<std::vector<std::string>>();
-        EXPECT_TRUE(has(cats, "beaches")) << d["id"];
+        EXPECT_TRUE(has(d["categories"].get<Codes>(), "beaches")) << d["id"];
         EXPECT_TRUE(d.contains("advisory"));
     }
-
     // Case and dashes do not matter in a category name.
-    auto parks = runCli({"places", "destinations", "--category", "Theme-Parks", "--domestic", "--json"});
-    ASSERT_EQ(parks.status, kOk) << parks.err;
-    const auto parkCodes = codesOf(parks.json(), "id");
-    EXPECT_TRUE(has(parkCodes, "MCO"));
-    EXPECT_FALSE(has(parkCodes, "NRT"));  // theme parks, but abroad
-    for (const auto& d : parks.json()) EXPECT_FALSE(d.contains("advisory")) << d["id"];
+    const Codes parks =
+        codesOf({"places", "destinations", "--category", "Theme-Parks", "--domestic", "--json"}, "id");
+    EXPECT_TRUE(has(parks, "MCO"));
+    EXPECT_FALSE(has(parks, "NRT"));  // theme parks, but abroad
+    EXPECT_EQ(codesOf({"places", "destinations", "jose", "--json"}, "id"), Codes{"SJO"});
 
-    auto jose = runCli({"places", "destinations", "jose", "--json"});
-    EXPECT_EQ(codesOf(jose.json(), "id"), (std::vector<std::string>{"SJO"}));
-
-    const std::size_t total = tripkit::Destinations::shipped().list.size();
-    auto home = runCli({"places", "destinations", "--domestic", "--json"});
-    auto abroad = runCli({"places", "destinations", "--abroad", "--json"});
-    EXPECT_EQ(home.json().size() + abroad.json().size(), total);
-
-    auto table = runCli({"places", "destinations", "lisbon"});
-    ASSERT_EQ(table.status, kOk);
-    EXPECT_NE(table.out.find("LIS  Lisbon"), std::string::npos) << table.out;
+    const std::size_t home = codesOf({"places", "destinations", "--domestic", "--json"}, "id").size();
+    const std::size_t abroad = codesOf({"places", "destinations", "--abroad", "--json"}, "id").size();
+    EXPECT_EQ(home + abroad, tripkit::Destinations::shipped().list.size());
+    EXPECT_NE(runCli({"places", "destinations", "lisbon"}).out.find("LIS  Lisbon"), std::string::npos);
 }
 
 TEST(PlacesCommand, NearbyAirports) {
@@ -84,24 +72,21 @@ TEST(PlacesCommand, NearbyAirports) {
     ASSERT_EQ(r.status, kOk) << r.err;
     const auto list = r.json();
     ASSERT_GE(list.size(), 3u);
-    EXPECT_EQ(list[0]["code"], "SFB");
     // The airport's own keys come along with its distance.
-    const auto& sfb = tripkit::Airports::shipped().byCode.at("SFB");
-    auto expected = tripkit::encode(sfb);
+    auto expected = tripkit::encode(tripkit::Airports::shipped().byCode.at("SFB"));
     expected["distanceMiles"] = list[0]["distanceMiles"];
     EXPECT_EQ(list[0], expected);
     EXPECT_LE(list.back()["distanceMiles"].get<double>(), 120);
     // Without --limit every airport within the distance is listed, the
     // eleventh (Jacksonville, 144 miles from Orlando) too.
-    const auto all = codesOf(runCli({"places", "nearby", "MCO", "--json"}).json(), "code");
+    const Codes all = codesOf({"places", "nearby", "MCO", "--json"});
     EXPECT_GT(all.size(), 10u);
     EXPECT_EQ(all.back(), "JAX");
-    auto two = runCli({"places", "nearby", "JFK", "--limit", "2", "--json"});
-    EXPECT_EQ(codesOf(two.json(), "code"), (std::vector<std::string>{"LGA", "EWR"}));
+    EXPECT_EQ(codesOf({"places", "nearby", "JFK", "--limit", "2", "--json"}), (Codes{"LGA", "EWR"}));
 
-    auto table = runCli({"places", "nearby", "JFK", "--within", "25"});
-    ASSERT_EQ(table.status, kOk);
-    EXPECT_NE(table.out.find("Within 25 miles of New York, NY (JFK):"), std::string::npos) << table.out;
+    EXPECT_NE(runCli({"places", "nearby", "JFK", "--within", "25"})
+                  .out.find("Within 25 miles of New York, NY (JFK):"),
+              std::string::npos);
     auto alone = runCli({"places", "nearby", "HNL", "--within", "50"});
     EXPECT_EQ(alone.status, kOk);
     EXPECT_EQ(alone.out, "No airport within 50 miles of Honolulu, HI (HNL).\n");
@@ -111,13 +96,11 @@ TEST(PlacesCommand, WrongArgumentsAreUsageErrors) {
     auto unknown = runCli({"places", "nearby", "XYZ"});
     EXPECT_EQ(unknown.status, kUsage);
     EXPECT_NE(unknown.err.find("no airport with the code \"XYZ\""), std::string::npos) << unknown.err;
-
     auto category = runCli({"places", "destinations", "--category", "museums"});
     EXPECT_EQ(category.status, kUsage);
     for (const std::string& name : tripkit::Destination::categoryNames()) {
         EXPECT_NE(category.err.find(name), std::string::npos) << name;
     }
-
     for (const auto& args : std::vector<std::vector<std::string>>{
              {"places"},
              {"places", "ports"},

@@ -77,8 +77,7 @@ TEST(Feed, EveryFileDecodesWithTheAppsOwnDecoders) {
         const auto history = decodeFile<HistoryBook>(files, "history/" + c + ".json");
         EXPECT_EQ(fares.origin, c);
         EXPECT_EQ(fares.updated, "2026-11-20");
-        EXPECT_GT(fares.toOrlando.size(), 250u);
-        EXPECT_GT(fares.fromOrlando.size(), 250u);
+        EXPECT_GT(std::min(fares.toOrlando.size(), fares.fromOrlando.size()), 250u);
         // A deal to nearly every place; the places too near (JFK from EWR) and
         // a few without a fare tonight are left out.
         EXPECT_GT(fares.deals.size(), catalog * 8 / 10);
@@ -88,12 +87,9 @@ TEST(Feed, EveryFileDecodesWithTheAppsOwnDecoders) {
         EXPECT_EQ(history.from, kToday - 179);
         for (const auto& [to, series] : history.routes) EXPECT_EQ(series.size(), 180u) << to;
         // Every departure day of the calendar is offered (today to 330 days on).
-        for (const auto& route : calendar.routes) {
-            const std::string& to = route.first;
-            const std::vector<RoundTrip> trips = calendar.trips(to);
-            for (const RoundTrip& t : trips) {
-                ASSERT_TRUE(t.depart >= kToday && t.depart - kToday < 330) << to;
-                ASSERT_GT(t.price, 0);
+        for (const auto& [to, row] : calendar.routes) {
+            for (const RoundTrip& t : calendar.trips(to)) {
+                ASSERT_TRUE(t.depart >= kToday && t.depart - kToday < 330 && t.price > 0) << to;
             }
         }
     }
@@ -176,11 +172,9 @@ TEST(Feed, HolidaysAndLastMinuteAreDear) {
     for (const char* code : {"JFK", "ORD"}) {
         const auto calendar =
             decodeFile<CalendarBook>(files, std::string("calendars/") + code + ".json");
-        for (const auto& route : calendar.routes) {
-            const std::string& to = route.first;
-            const std::vector<RoundTrip> trips = calendar.trips(to);
+        for (const auto& [to, row] : calendar.routes) {
             std::vector<double> holiday, plain, lastWeek, monthsOut;
-            for (const RoundTrip& t : trips) {
+            for (const RoundTrip& t : calendar.trips(to)) {
                 const std::int64_t offset = t.depart - thanksgiving->days.first;
                 if (offset >= -2 && offset <= 2) holiday.push_back(t.price);
                 if ((offset >= -24 && offset <= -10) || (offset >= 7 && offset <= 20))
@@ -213,10 +207,8 @@ TEST(Feed, SeenDaysAreMostlyRecentWithSomeOlder) {
         ++ages[age <= 3 ? "fresh" : age <= 7 ? "stale" : "tooOld"];
         ++total;
     };
-    for (const auto& route : calendar.routes) {
-            const std::string& to = route.first;
-            const std::vector<RoundTrip> trips = calendar.trips(to);
-        for (const RoundTrip& t : trips) count(t.seen);
+    for (const auto& [to, row] : calendar.routes) {
+        for (const RoundTrip& t : calendar.trips(to)) count(t.seen);
     }
     for (const Deal& d : fares.deals) count(d.seen);
     for (const auto& [day, options] : fares.toOrlando) {

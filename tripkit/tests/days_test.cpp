@@ -68,10 +68,6 @@ TEST(DayRange, OrdersItsEndsAndRoundTrips) {
     EXPECT_EQ(r.length(), 10);
     EXPECT_TRUE(r.contains(day(2026, 5, 10)));
     EXPECT_FALSE(r.contains(day(2026, 5, 11)));
-    auto doc = json::parse(encode(r).dump(), "r.json");
-    EXPECT_EQ(doc.root().as<DayRange>(), r);
-    auto missing = json::parse(R"({"first":"2026-05-01"})", "r.json");
-    EXPECT_THROW(missing.root().as<DayRange>(), json::DecodeError);
 }
 
 TEST(YearMonth, ArithmeticLengthsAndOrder) {
@@ -85,8 +81,6 @@ TEST(YearMonth, ArithmeticLengthsAndOrder) {
     EXPECT_LT((YearMonth{2025, 12}), (YearMonth{2026, 1}));
     EXPECT_EQ(YearMonth::of(day(2026, 3, 31)), (YearMonth{2026, 3}));
 
-    auto doc = json::parse(encode(YearMonth{2026, 3}).dump(), "m.json");
-    EXPECT_EQ(doc.root().as<YearMonth>(), (YearMonth{2026, 3}));
     auto bad = json::parse(R"({"year":2026,"month":13})", "m.json");
     EXPECT_THROW(bad.root().as<YearMonth>(), json::DecodeError);
 }

@@ -13,15 +13,14 @@ const std::string kDefault = "https://data.example.org/roamwise-data/";
 
 TEST(FeedHosts, ConfiguredBaseRules) {
     using V = std::vector<std::string>;
-    EXPECT_EQ(FeedHosts::make(std::nullopt, kDefault).hosts, V{kDefault});
-    EXPECT_EQ(FeedHosts::make("$(RW_DATA_URL)", kDefault).hosts, V{kDefault});
-    EXPECT_EQ(FeedHosts::make("  \t\n", kDefault).hosts, V{kDefault});
-    EXPECT_EQ(FeedHosts::make("http://mirror.example.com/data/", kDefault).hosts, V{kDefault});
-    EXPECT_EQ(FeedHosts::make("https://", kDefault).hosts, V{kDefault});
-    EXPECT_EQ(FeedHosts::make("https:///path", kDefault).hosts, V{kDefault});
-    EXPECT_EQ(FeedHosts::make("mirror.example.com/data", kDefault).hosts, V{kDefault});
-    EXPECT_EQ(FeedHosts::make(kDefault, kDefault).hosts, V{kDefault});
-    EXPECT_EQ(FeedHosts::make(" https://data.example.org/roamwise-data ", kDefault).hosts, V{kDefault});
+    // Unset, unfilled, blank, not https, no host, no scheme, or the default
+    // itself: the default alone.
+    for (std::optional<std::string> base :
+         {std::optional<std::string>{}, {"$(RW_DATA_URL)"}, {"  \t\n"},
+          {"http://mirror.example.com/data/"}, {"https://"}, {"https:///path"},
+          {"mirror.example.com/data"}, {kDefault}, {" https://data.example.org/roamwise-data "}}) {
+        EXPECT_EQ(FeedHosts::make(base, kDefault).hosts, V{kDefault}) << base.value_or("unset");
+    }
     EXPECT_EQ(FeedHosts::make(" https://mirror.example.com/d ", kDefault).hosts,
               (V{"https://mirror.example.com/d/", kDefault}));
     EXPECT_EQ(FeedHosts::make("HTTPS://user@127.0.0.1:8443", kDefault).hosts,
@@ -46,41 +45,34 @@ struct FakeLoader {
 
 TEST(FeedHosts, FetchWalksTheHostsInOrder) {
     FeedHosts hosts{{"https://a/", "https://b/"}};
-    {
-        FakeLoader fake({{"https://a/flights/JFK.json", 500}, {"https://b/flights/JFK.json", 200}});
-        EXPECT_EQ(hosts.fetch(FeedHosts::faresPath("JFK"), fake.loader()),
-                  "body of https://b/flights/JFK.json");
-    }
-    {
-        FakeLoader fake({{"https://a/x.json", 200}});
-        EXPECT_EQ(hosts.fetch("x.json", fake.loader()), "body of https://a/x.json");
-        EXPECT_EQ(fake.asked.size(), 1u);  // stops at the first 200
-    }
-    {
-        FakeLoader fake;
-        EXPECT_EQ(hosts.fetch("x.json", fake.loader()), std::nullopt);
-        EXPECT_EQ(fake.asked.size(), 2u);
-    }
-    {
-        FakeLoader fake({{"https://a/x.json", -1}});
+    // What each host answers (-1: a time-out): the body, or the error's kind
+    // and address (the last error wins), and how many were asked.
+    struct Case {
+        int a, b;
+        std::string body;
+        std::optional<FetchError::Kind> error;
+        std::string errorURL;
+        std::size_t asked;
+    };
+    const std::vector<Case> cases = {
+        {500, 200, "body of https://b/x.json", {}, "", 2},
+        {200, 200, "body of https://a/x.json", {}, "", 1},  // stops at the first 200
+        {404, 404, "none", {}, "", 2},
+        {-1, 404, "", FetchError::Kind::transport, "https://a/x.json", 2},
+        {-1, 503, "", FetchError::Kind::badServerResponse, "https://b/x.json", 2},
+    };
+    for (const Case& c : cases) {
+        FakeLoader fake({{"https://a/x.json", c.a}, {"https://b/x.json", c.b}});
         try {
-            hosts.fetch("x.json", fake.loader());
-            FAIL();
+            EXPECT_EQ(hosts.fetch("x.json", fake.loader()).value_or("none"), c.body);
+            EXPECT_FALSE(c.error) << c.a << " " << c.b;
         } catch (const FetchError& e) {
-            EXPECT_EQ(e.kind, FetchError::Kind::transport);
-            EXPECT_EQ(e.url, "https://a/x.json");
+            EXPECT_EQ(e.kind, c.error) << c.a << " " << c.b;
+            EXPECT_EQ(e.url, c.errorURL);
         }
+        EXPECT_EQ(fake.asked.size(), c.asked) << c.a << " " << c.b;
     }
-    {
-        FakeLoader fake({{"https://a/x.json", -1}, {"https://b/x.json", 503}});
-        try {
-            hosts.fetch("x.json", fake.loader());
-            FAIL();
-        } catch (const FetchError& e) {  // the last error wins
-            EXPECT_EQ(e.kind, FetchError::Kind::badServerResponse);
-            EXPECT_EQ(e.url, "https://b/x.json");
-        }
-    }
+    EXPECT_EQ(FeedHosts::faresPath("JFK"), "flights/JFK.json");
     FakeLoader fake;
     EXPECT_EQ(FeedHosts{}.fetch("x.json", fake.loader()), std::nullopt);
     EXPECT_TRUE(fake.asked.empty());

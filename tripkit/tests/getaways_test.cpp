@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
 #include <unordered_set>
 
 namespace tripkit {
@@ -56,28 +57,27 @@ TEST(Getaways, LengthsAtTheirEdges) {
     }
 }
 
-TEST(Getaways, WeekendsLeaveThursdayToSaturdayAndReturnSundayToTuesday) {
+TEST(Getaways, WeekendsAndHolidaysAtTheirEdges) {
+    // Out Thursday to Saturday, back Sunday to Tuesday, one to four nights.
     const Day friday = kToday + 7;
     ASSERT_EQ(friday.weekday(), 6);
-    auto fits = [](Day out, Day back) {
-        return Getaways::fitsWeekend(trip("LIS", out, back, 100));
-    };
-    EXPECT_TRUE(fits(friday, friday + 2));       // Friday to Sunday
-    EXPECT_FALSE(fits(friday - 1, friday + 4));  // Thursday to Tuesday: 5 nights
-    EXPECT_FALSE(fits(friday - 2, friday + 2));  // Wednesday to Sunday
-    EXPECT_FALSE(fits(friday, friday + 5));      // Friday to Wednesday
-    EXPECT_TRUE(fits(friday - 1, friday + 3));   // Thursday to Monday, 4 nights
-    EXPECT_TRUE(fits(friday + 1, friday + 4));   // Saturday to Tuesday
-    EXPECT_FALSE(fits(friday + 1, friday + 5));  // Saturday to Wednesday, 4 nights
-    EXPECT_FALSE(fits(friday, friday + 1));      // back on Saturday
-    EXPECT_FALSE(fits(friday + 2, friday + 3));  // out on Sunday
-    EXPECT_FALSE(fits(friday, friday));          // no night
-    EXPECT_FALSE(fits(friday, friday + 9));      // Friday to the Sunday after next
+    const std::vector<std::tuple<int, int, bool>> weekends = {
+        {0, 2, true},    // Friday to Sunday
+        {-1, 3, true},   // Thursday to Monday, 4 nights
+        {1, 4, true},    // Saturday to Tuesday
+        {-1, 4, false},  // Thursday to Tuesday: 5 nights
+        {-2, 2, false},  // Wednesday to Sunday
+        {0, 5, false},   // Friday to Wednesday
+        {0, 1, false},   // back on Saturday
+        {2, 3, false}};  // out on Sunday
+    for (const auto& [out, back, fits] : weekends) {
+        EXPECT_EQ(Getaways::fitsWeekend(trip("LIS", friday + out, friday + back, 100)), fits)
+            << out << " " << back;
+    }
     EXPECT_FALSE(Getaways::fitsWeekend(trip("LIS", friday, std::nullopt, 100)));
-}
 
-TEST(Getaways, HolidayTripsMayLeaveTwoDaysEarlyAndReturnTwoDaysLate) {
-    // Labor Day 2027 is Monday September 6: days off Saturday 4 to Monday 6.
+    // Holiday trips may leave two days early and return two days late. Labor
+    // Day 2027 is Monday September 6: days off Saturday 4 to Monday 6.
     const auto windows = Holidays::windows(kToday, kToday + 400);
     auto fit = [&](Day out, std::optional<Day> back) {
         return Getaways::holidayWindowFor(trip("LIS", out, back, 100), windows);
@@ -86,17 +86,14 @@ TEST(Getaways, HolidayTripsMayLeaveTwoDaysEarlyAndReturnTwoDaysLate) {
     ASSERT_TRUE(thursdayToWednesday);
     EXPECT_EQ(thursdayToWednesday->holiday, FederalHoliday::laborDay);
     EXPECT_EQ(thursdayToWednesday->days, DayRange(d(2027, 9, 4), d(2027, 9, 6)));
-    EXPECT_TRUE(fit(d(2027, 9, 4), d(2027, 9, 6)));     // exactly the days off
-    EXPECT_FALSE(fit(d(2027, 9, 1), d(2027, 9, 6)));    // Wednesday before: too early
-    EXPECT_FALSE(fit(d(2027, 9, 4), d(2027, 9, 5)));    // back Sunday, before the Monday
-    EXPECT_FALSE(fit(d(2027, 9, 5), d(2027, 9, 7)));    // leaves after the days off begin
-    EXPECT_FALSE(fit(d(2027, 9, 4), d(2027, 9, 9)));    // three days late
-    EXPECT_FALSE(fit(d(2027, 9, 4), std::nullopt));     // one way
-
+    EXPECT_TRUE(fit(d(2027, 9, 4), d(2027, 9, 6)));   // exactly the days off
+    EXPECT_FALSE(fit(d(2027, 9, 1), d(2027, 9, 6)));  // Wednesday before: too early
+    EXPECT_FALSE(fit(d(2027, 9, 4), d(2027, 9, 5)));  // back Sunday, before the Monday
+    EXPECT_FALSE(fit(d(2027, 9, 5), d(2027, 9, 7)));  // leaves after the days off begin
+    EXPECT_FALSE(fit(d(2027, 9, 4), d(2027, 9, 9)));  // three days late
+    EXPECT_FALSE(fit(d(2027, 9, 4), std::nullopt));   // one way
     // Thanksgiving 2026: Thursday 26 to Sunday 29.
-    const auto thanksgiving = fit(d(2026, 11, 24), d(2026, 12, 1));
-    ASSERT_TRUE(thanksgiving);
-    EXPECT_EQ(thanksgiving->holiday, FederalHoliday::thanksgiving);
+    EXPECT_EQ(fit(d(2026, 11, 24), d(2026, 12, 1))->holiday, FederalHoliday::thanksgiving);
     EXPECT_FALSE(fit(d(2026, 11, 24), d(2026, 11, 28)));
 }
 
@@ -178,18 +175,14 @@ TEST(Getaways, FindForHolidaysCarriesTheWindow) {
 
 TEST(Getaways, JsonFormsRoundTrip) {
     Getaway g{trip("LIS", d(2026, 12, 24), d(2026, 12, 27), 480),
-              TripTiming::forHoliday(FederalHoliday::christmas),
-              Holidays::windows(2026).back()};
+              TripTiming::forHoliday(FederalHoliday::christmas), Holidays::windows(2026).back()};
     EXPECT_EQ(json::decodeDocument<Getaway>(encode(g).dump(), "g"), g);
     Getaway plain{g.trip, TripTiming::weekends(), std::nullopt};
     EXPECT_EQ(json::decodeDocument<Getaway>(encode(plain).dump(), "g"), plain);
-    std::unordered_set<Getaway> set{g, plain, g};
-    EXPECT_EQ(set.size(), 2u);
-
-    EXPECT_THROW(json::decodeDocument<TripTiming>(R"({"anytime":{},"weekends":{}})", "t"),
-                 json::DecodeError);
-    EXPECT_THROW(json::decodeDocument<TripTiming>(R"({"holiday":{"_0":"easter"}})", "t"),
-                 json::DecodeError);
+    EXPECT_EQ((std::unordered_set<Getaway>{g, plain, g}.size()), 2u);
+    for (const char* bad : {R"({"anytime":{},"weekends":{}})", R"({"holiday":{"_0":"easter"}})"}) {
+        EXPECT_THROW(json::decodeDocument<TripTiming>(bad, "t"), json::DecodeError) << bad;
+    }
     EXPECT_EQ(json::decodeDocument<TripLength>(R"("long")", "l"), TripLength::long_);
     EXPECT_THROW(json::decodeDocument<TripLength>(R"("longer")", "l"), json::DecodeError);
 }

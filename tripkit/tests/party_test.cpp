@@ -16,45 +16,31 @@ Day d(int y, int m, int day) { return Day::fromCivil(y, m, day); }
 
 Party party(int adults, std::vector<int> ages = {}) { return Party{adults, std::move(ages)}; }
 
-TEST(Party, RoomsSleepFourPlusABabyUnderThree) {
-    EXPECT_EQ(party(4, {2}).rooms(), 1);
-    EXPECT_EQ(party(4, {3}).rooms(), 2);
-    EXPECT_EQ(party(4, {2, 1}).rooms(), 1);
+// Disney adult- and child-priced, Universal ticketed, free in the parks,
+// plane seats, lap babies, rooms.
+std::vector<int> counts(const Party& p) {
+    return {p.adultPriced(), p.childPriced(), p.universalTicketed(), p.freeInParks(),
+            p.seats(),       p.lapBabies(),   p.rooms()};
+}
+
+TEST(Party, AgesDecideTicketsSeatsLapsAndRooms) {
+    // 10 is a Disney adult; 9 a Disney child and a Universal adult; 3 is the
+    // first age that pays; a 2-year-old has a seat but no park ticket, a
+    // 1-year-old neither. A room sleeps four and a baby under 3.
+    EXPECT_EQ(counts(party(1, {10, 9, 3})), (std::vector<int>{2, 2, 4, 0, 4, 0, 1}));
+    EXPECT_EQ(counts(party(2, {2})), (std::vector<int>{2, 0, 2, 1, 3, 0, 1}));
+    EXPECT_EQ(counts(party(2, {1})), (std::vector<int>{2, 0, 2, 1, 2, 1, 1}));
+    EXPECT_EQ(counts(party(4, {3})), (std::vector<int>{4, 1, 5, 0, 5, 0, 2}));
+    EXPECT_EQ(counts(party(4, {2, 1})), (std::vector<int>{4, 0, 4, 2, 5, 1, 1}));
     EXPECT_EQ(party(8).rooms(), 2);
     EXPECT_EQ(party(9).rooms(), 3);
     EXPECT_EQ(party(0).rooms(), 1);
-}
-
-TEST(Party, AgesDecideSeatsTicketsAndLaps) {
-    // A 2-year-old has a seat but no park ticket; a 1-year-old has neither.
-    const Party toddler = party(2, {2});
-    EXPECT_EQ(toddler.seats(), 3);
-    EXPECT_EQ(toddler.lapBabies(), 0);
-    EXPECT_EQ(toddler.freeInParks(), 1);
-    EXPECT_EQ(toddler.adultPriced() + toddler.childPriced(), 2);
-    EXPECT_EQ(toddler.universalTicketed(), 2);
-    const Party baby = party(2, {1});
-    EXPECT_EQ(baby.seats(), 2);
-    EXPECT_EQ(baby.lapBabies(), 1);
-    EXPECT_EQ(baby.freeInParks(), 1);
-
-    // 10 is a Disney adult; 9 a Disney child and a Universal adult; 3 is the
-    // first age that pays.
-    const Party kids = party(1, {10, 9, 3});
-    EXPECT_EQ(kids.adultPriced(), 2);
-    EXPECT_EQ(kids.childPriced(), 2);
-    EXPECT_EQ(kids.universalTicketed(), 4);
-    EXPECT_EQ(kids.freeInParks(), 0);
-    EXPECT_EQ(kids.seats(), 4);
 
     // Flight passengers: 12 and over fly as adults, 2 to 11 as children.
     const auto p = party(2, {12, 11, 2, 1, 0}).passengers();
-    EXPECT_EQ(p.adults, 3);
-    EXPECT_EQ(p.children, 2);
-    EXPECT_EQ(p.infants, 2);
-}
+    EXPECT_EQ((std::vector<int>{p.adults, p.children, p.infants}), (std::vector<int>{3, 2, 2}));
 
-TEST(Party, CountsDoNotWrap) {
+    // Counts do not wrap.
     EXPECT_THROW(party(INT_MAX, {10}).adultPriced(), std::overflow_error);
     EXPECT_THROW(party(INT_MAX - 1, {4, 30}).seats(), std::overflow_error);
     EXPECT_EQ(party(INT_MAX, {1}).seats(), INT_MAX);
@@ -66,61 +52,57 @@ TEST(Party, FlightSearchOfAPlannerLeg) {
     FareQuote leg;
     leg.day = d(2027, 5, 14);
     const Party family = party(2, {12, 8, 1});
-    EXPECT_EQ(flightSearch(leg, "JFK", "MCO", family, "https://flights.example", "77"),
-              "https://flights.example/search/JFK1405MCO311?marker=77");
-    EXPECT_EQ(flightSearch(leg, "MCO", "JFK", party(2), "https://flights.example", ""),
-              "https://flights.example/search/MCO1405JFK2");
+    const std::string base = "https://flights.example";
+    EXPECT_EQ(flightSearch(leg, "JFK", "MCO", family, base, "77"),
+              base + "/search/JFK1405MCO311?marker=77");
+    EXPECT_EQ(flightSearch(leg, "MCO", "JFK", party(2), base, ""), base + "/search/MCO1405JFK2");
     // A found fare's own link wins, under the partner's base when relative.
     leg.link = "search/JFK1405MCO1";
-    EXPECT_EQ(flightSearch(leg, "JFK", "MCO", family, "https://flights.example", "77"),
-              "https://flights.example/search/JFK1405MCO1?marker=77");
+    EXPECT_EQ(flightSearch(leg, "JFK", "MCO", family, base, "77"),
+              base + "/search/JFK1405MCO1?marker=77");
 }
 
-TEST(Party, JsonAndItsLimits) {
+TEST(Party, JsonFormsAndTheirLimits) {
     const auto p = json::decodeDocument<Party>(R"({"adults":2,"childAges":[9,0]})", "p.json");
     EXPECT_EQ(p, party(2, {9, 0}));
     EXPECT_EQ(encode(p).dump(), R"({"adults":2,"childAges":[9,0]})");
-    for (const auto& [text, message] : std::vector<std::pair<std::string, std::string>>{
-             {R"({"adults":-1,"childAges":[]})", "p.json: adults: expected a count of 0 or more"},
-             {R"({"adults":1,"childAges":[4,-2]})",
-              "p.json: childAges[1]: expected an age of 0 or more"},
-             {R"({"adults":1})", "p.json: childAges: required key is missing"},
-         }) {
-        EXPECT_EQ(decodeError<Party>(text, "p.json"), message);
-    }
-}
+    EXPECT_EQ(json::decodeDocument<FoodBudget>(R"({"perAdult":55.5,"perChild":20})", "f"),
+              (FoodBudget{55.5, 20}));
 
-TEST(ResortChoice, CaseKeyedJsonAndWhichResortsQualify) {
-    ParkResort pop;
-    pop.id = "pop";
+    ParkResort pop, poly;
     pop.tier = Tier::value;
-    ParkResort poly;
     poly.id = "poly";
     poly.tier = Tier::deluxe;
-
-    auto cheapest = json::decodeDocument<ResortChoice>(
+    const auto cheapest = json::decodeDocument<ResortChoice>(
         R"({"cheapest":{"tiers":["value","moderate"]}})", "c.json");
-    EXPECT_EQ(cheapest.kind, ResortChoice::Kind::cheapest);
     EXPECT_TRUE(cheapest.allows(pop));
     EXPECT_FALSE(cheapest.allows(poly));
-    auto only = json::decodeDocument<ResortChoice>(R"({"only":{"ids":["poly"]}})", "c.json");
+    const auto only = json::decodeDocument<ResortChoice>(R"({"only":{"ids":["poly"]}})", "c.json");
     EXPECT_FALSE(only.allows(pop));
     EXPECT_TRUE(only.allows(poly));
     for (const auto& c : {cheapest, only}) {
         EXPECT_EQ(json::decodeDocument<ResortChoice>(encode(c).dump(), "c.json"), c);
     }
 
-    for (const auto& [text, message] : std::vector<std::pair<std::string, std::string>>{
-             {R"({})", "c.json: Invalid number of keys found, expected one."},
-             {R"({"cheapest":{"tiers":[]},"only":{"ids":[]}})",
-              "c.json: Invalid number of keys found, expected one."},
-             {R"({"nearest":{}})", "c.json: nearest: not a resort choice: nearest"},
-             {R"({"cheapest":{"tiers":["luxury"]}})",
-              "c.json: cheapest.tiers[0]: not a resort class: luxury"},
-             {R"({"only":{}})", "c.json: only.ids: required key is missing"},
-         }) {
-        EXPECT_EQ(decodeError<ResortChoice>(text, "c.json"), message);
-    }
+    const auto expectErrors = [](auto decoded, std::vector<std::pair<std::string, std::string>> cases) {
+        using T = decltype(decoded);
+        for (const auto& [text, message] : cases) EXPECT_EQ(decodeError<T>(text, "x.json"), message);
+    };
+    expectErrors(Party{}, {{R"({"adults":-1,"childAges":[]})", "x.json: adults: expected a count of 0 or more"},
+                           {R"({"adults":1,"childAges":[4,-2]})", "x.json: childAges[1]: expected an age of 0 or more"},
+                           {R"({"adults":1})", "x.json: childAges: required key is missing"}});
+    expectErrors(ResortChoice{},
+                 {{R"({})", "x.json: Invalid number of keys found, expected one."},
+                  {R"({"cheapest":{"tiers":[]},"only":{"ids":[]}})", "x.json: Invalid number of keys found, expected one."},
+                  {R"({"nearest":{}})", "x.json: nearest: not a resort choice: nearest"},
+                  {R"({"cheapest":{"tiers":["luxury"]}})", "x.json: cheapest.tiers[0]: not a resort class: luxury"},
+                  {R"({"only":{}})", "x.json: only.ids: required key is missing"}});
+    const std::string w = R"("only":[],"avoid":[],"avoidHolidays":false})";
+    expectErrors(DateWindow{},
+                 {{R"({"months":[13],"checkInWeekdays":[],)" + w, "x.json: months[0]: expected 1 to 12"},
+                  {R"({"months":[],"checkInWeekdays":[0],)" + w, "x.json: checkInWeekdays[0]: expected 1 to 7"},
+                  {R"({"months":[],"checkInWeekdays":[],"only":[],"avoid":[]})",
+                   "x.json: avoidHolidays: required key is missing"}});
 }
 
 TEST(DateWindow, LimitsOnTheCheckInDay) {
@@ -133,16 +115,16 @@ TEST(DateWindow, LimitsOnTheCheckInDay) {
     EXPECT_TRUE(w.withinLimits(d(2027, 2, 10), 30));  // check-in alone is bounded
     EXPECT_FALSE(w.withinLimits(d(2027, 2, 11), 1));
 
-    DateWindow months;
-    months.months = {3};
-    EXPECT_TRUE(months.withinLimits(d(2027, 3, 31), 5));  // the stay may run into April
-    EXPECT_FALSE(months.withinLimits(d(2027, 2, 28), 1));
+    w = DateWindow{};
+    w.months = {3};
+    EXPECT_TRUE(w.withinLimits(d(2027, 3, 31), 5));  // the stay may run into April
+    EXPECT_FALSE(w.withinLimits(d(2027, 2, 28), 1));
 
-    DateWindow weekdays;
-    weekdays.checkInWeekdays = {1, 7};  // weekends
-    EXPECT_TRUE(weekdays.withinLimits(d(2027, 2, 6), 3));   // Saturday
-    EXPECT_TRUE(weekdays.withinLimits(d(2027, 2, 7), 3));   // Sunday
-    EXPECT_FALSE(weekdays.withinLimits(d(2027, 2, 5), 3));  // Friday
+    w = DateWindow{};
+    w.checkInWeekdays = {1, 7};  // weekends
+    EXPECT_TRUE(w.withinLimits(d(2027, 2, 6), 3));   // Saturday
+    EXPECT_TRUE(w.withinLimits(d(2027, 2, 7), 3));   // Sunday
+    EXPECT_FALSE(w.withinLimits(d(2027, 2, 5), 3));  // Friday
 }
 
 TEST(DateWindow, OnlyKeepsWholeStaysAvoidSkipsAnyTouch) {
@@ -159,22 +141,21 @@ TEST(DateWindow, OnlyKeepsWholeStaysAvoidSkipsAnyTouch) {
     EXPECT_TRUE(avoid.withinLimits(d(2027, 2, 8), 3));
     EXPECT_TRUE(avoid.withinLimits(d(2027, 2, 17), 3));
     EXPECT_FALSE(avoid.withinLimits(d(2027, 2, 16), 3));
-}
 
-TEST(DateWindow, BusyDatesOnlyWhenAvoidingHolidays) {
+    // Busy dates count only when avoiding holidays, and are not date limits.
     const auto busy = [](Day day) { return day == Day::fromCivil(2027, 7, 5); };
     DateWindow w;
     EXPECT_TRUE(w.allows(d(2027, 7, 1), 4, busy));
     w.avoidHolidays = true;
     EXPECT_FALSE(w.allows(d(2027, 7, 1), 4, busy));  // out on the 5th
     EXPECT_TRUE(w.allows(d(2027, 7, 1), 3, busy));
-    EXPECT_TRUE(w.withinLimits(d(2027, 7, 1), 4));  // busy days are not date limits
+    EXPECT_TRUE(w.withinLimits(d(2027, 7, 1), 4));
     EXPECT_FALSE(w.allows(d(2027, 7, 5), 0, busy));
     w.months = {8};
     EXPECT_FALSE(w.allows(d(2027, 7, 10), 2, busy));
 }
 
-TEST(DateWindow, Json) {
+TEST(DateWindow, JsonSortsMonthsAndOrdersRanges) {
     const auto w = json::decodeDocument<DateWindow>(
         R"({"latest":"2027-03-01","months":[3,1,3],"checkInWeekdays":[7],"only":[],)"
         R"("avoid":[{"first":"2027-02-16","last":"2027-02-12"}],"avoidHolidays":true})",
@@ -185,17 +166,6 @@ TEST(DateWindow, Json) {
     ASSERT_EQ(w.avoid.size(), 1u);
     EXPECT_EQ(w.avoid[0].first, d(2027, 2, 12));
     EXPECT_EQ(json::decodeDocument<DateWindow>(encode(w).dump(), "w.json"), w);
-
-    for (const auto& [text, message] : std::vector<std::pair<std::string, std::string>>{
-             {R"({"months":[13],"checkInWeekdays":[],"only":[],"avoid":[],"avoidHolidays":false})",
-              "w.json: months[0]: expected 1 to 12"},
-             {R"({"months":[],"checkInWeekdays":[0],"only":[],"avoid":[],"avoidHolidays":false})",
-              "w.json: checkInWeekdays[0]: expected 1 to 7"},
-             {R"({"months":[],"checkInWeekdays":[],"only":[],"avoid":[]})",
-              "w.json: avoidHolidays: required key is missing"},
-         }) {
-        EXPECT_EQ(decodeError<DateWindow>(text, "w.json"), message);
-    }
 }
 
 TEST(FoodBudget, EveryDayOfTheStayDisneyAges) {
@@ -206,10 +176,6 @@ TEST(FoodBudget, EveryDayOfTheStayDisneyAges) {
     EXPECT_EQ(food.total(party(1), 0), 60);
     EXPECT_EQ(FoodBudget({12.25, 0}).total(party(2), 1), 49);
     EXPECT_EQ(FoodBudget({10.25, 0}).total(party(1), 1), 21);  // 20.5: half away from zero
-    const auto decoded =
-        json::decodeDocument<FoodBudget>(R"({"perAdult":55.5,"perChild":20})", "f");
-    EXPECT_EQ(decoded, (FoodBudget{55.5, 20}));
-    EXPECT_EQ(json::decodeDocument<FoodBudget>(encode(decoded).dump(), "f"), decoded);
 }
 
 }  // namespace

@@ -173,92 +173,59 @@ TEST(TripPlanner, CheapestAllowedHotelAndPartyCounts) {
 }
 
 // The test Disney guide prices nights from 4 January to 30 April 2027: 117
-// check-in days after today. MLK weekend is 16 to 18 January.
+// check-in days after today. MLK weekend is 16 to 18 January. The date
+// limits themselves are DateWindow's (party_test); here: that the planner
+// asks them with the stay's nights, adds the guide's busy dates, counts
+// what it leaves out and stops at the end of the prices.
 TEST(TripPlanner, DateWindowRulesAtTheirEdges) {
     const DisneyGuide guide = testDisneyGuide();
     const auto jan = [](int day) { return d(2027, 1, day); };
-    const std::vector<Day> tenToTwenty = {jan(10), jan(11), jan(12), jan(13), jan(14), jan(15),
-                                          jan(16), jan(17), jan(18), jan(19), jan(20)};
     struct Case {
         const char* label;
         std::function<void(DateWindow&)> limit;
-        std::vector<Day> expected;  // empty: count only
-        std::size_t count;
+        std::vector<Day> expected;
     };
     const auto tenTo20 = [](DateWindow& w) {
         w.earliest = d(2027, 1, 10);
         w.latest = d(2027, 1, 20);
     };
+    // clang-format off
     const std::vector<Case> cases = {
-        {"earliest and latest count", tenTo20, tenToTwenty, 11},
-        {"busy stays skipped",
-         [&](DateWindow& w) {
-             tenTo20(w);
-             w.avoidHolidays = true;  // the 13th leaves on the 15th; the 19th arrives after
-         },
-         {jan(10), jan(11), jan(12), jan(13), jan(19), jan(20)},
-         6},
-        {"Monday check-ins",
-         [&](DateWindow& w) {
-             tenTo20(w);
-             w.checkInWeekdays = {2};
-         },
-         {jan(11), jan(18)},
-         2},
-        {"never these dates: any touch",
-         [&](DateWindow& w) {
-             tenTo20(w);
-             w.avoid = {DayRange(jan(12), jan(12))};  // the 10th checks out on the 12th
-         },
-         {jan(13), jan(14), jan(15), jan(16), jan(17), jan(18), jan(19), jan(20)},
-         8},
+        {"earliest and latest count", tenTo20,
+         {jan(10), jan(11), jan(12), jan(13), jan(14), jan(15), jan(16), jan(17), jan(18), jan(19), jan(20)}},
+        // The 13th leaves on the 15th; the 19th arrives after the weekend.
+        {"busy stays skipped", [&](DateWindow& w) { tenTo20(w); w.avoidHolidays = true; },
+         {jan(10), jan(11), jan(12), jan(13), jan(19), jan(20)}},
+        // The 19th checks out on the 21st; the 20th would check out after it.
         {"only these dates: whole stays",
-         [&](DateWindow& w) {
-             tenTo20(w);
-             w.only = {DayRange(d(2026, 12, 1), jan(21))};  // the 19th checks out on the 21st
-         },
-         {jan(10), jan(11), jan(12), jan(13), jan(14), jan(15), jan(16), jan(17), jan(18), jan(19)},
-         10},
-        {"a month", [](DateWindow& w) { w.months = {2}; }, {}, 28},
+         [&](DateWindow& w) { tenTo20(w); w.only = {DayRange(d(2026, 12, 1), jan(21))}; },
+         {jan(10), jan(11), jan(12), jan(13), jan(14), jan(15), jan(16), jan(17), jan(18), jan(19)}},
         // The last nights priced are 29 and 30 April: the 29th is the last check-in.
-        {"to the end of the prices",
-         [](DateWindow& w) { w.earliest = d(2027, 4, 27); },
-         {d(2027, 4, 27), d(2027, 4, 28), d(2027, 4, 29)},
-         3},
-        {"months beyond the coverage",
-         [](DateWindow& w) {
-             w.months = {5, 6, 7};
-         },
-         {},
-         0},
+        {"to the end of the prices", [](DateWindow& w) { w.earliest = d(2027, 4, 27); },
+         {d(2027, 4, 27), d(2027, 4, 28), d(2027, 4, 29)}},
+        {"months beyond the coverage", [](DateWindow& w) { w.months = {5, 6, 7}; }, {}},
     };
+    // clang-format on
     for (const Case& c : cases) {
         TripSearch s = simpleSearch();
         c.limit(s.window);
         const TripSearchResult r = TripPlanner::plan(s, guide, inputs(nullptr));
         std::vector<Day> days = checkIns(r.trips);
         std::sort(days.begin(), days.end());
-        if (!c.expected.empty()) {
-            EXPECT_EQ(days, c.expected) << c.label;
-        }
-        EXPECT_EQ(days.size(), c.count) << c.label;
+        EXPECT_EQ(days, c.expected) << c.label;
         // Days past the prices (30 April) are skipped without counting.
         const int skipped = s.window.earliest == d(2027, 4, 27) ? 1 : 0;
-        EXPECT_EQ(r.leftOut, 117 - static_cast<int>(c.count) - skipped) << c.label;
+        EXPECT_EQ(r.leftOut, 117 - static_cast<int>(days.size()) - skipped) << c.label;
         EXPECT_EQ(r.overBudget, 0) << c.label;
     }
 
     // Universal's busy dates: 1 and 2 January, and New Year's Day 2027 is a
-    // Friday whose long weekend runs to the 3rd. Its coverage ends 30 June.
-    const UniversalGuide universal = testUniversalGuide();
+    // Friday whose long weekend runs to the 3rd.
     TripSearch s = simpleSearch();
     s.window.latest = d(2027, 1, 6);
     s.window.avoidHolidays = true;
-    EXPECT_EQ(checkIns(TripPlanner::plan(s, universal, inputs(nullptr)).trips),
+    EXPECT_EQ(checkIns(TripPlanner::plan(s, testUniversalGuide(), inputs(nullptr)).trips),
               (std::vector<Day>{d(2027, 1, 4), d(2027, 1, 5), d(2027, 1, 6)}));
-    s = simpleSearch();
-    s.window.months = {7, 8};
-    EXPECT_TRUE(TripPlanner::plan(s, universal, inputs(nullptr)).trips.empty());
 }
 
 TEST(TripPlanner, BudgetDropsAndCountsEveryTripAboveIt) {
@@ -335,13 +302,11 @@ TEST(TripPlanner, MonthSummaries) {
     EXPECT_EQ(r.trips.back().checkIn, d(2027, 1, 8));
     ASSERT_EQ(r.months.size(), 2u);
     const MonthSummary& jan = r.months[0];
-    EXPECT_EQ(jan.year, 2027);
-    EXPECT_EQ(jan.month, 1);
+    EXPECT_EQ(jan.year * 100 + jan.month, 202701);
     ASSERT_EQ(jan.trips.size(), 28u);
     double sum = 0;
     for (const TripQuote& t : jan.trips) sum += t.total();
     EXPECT_DOUBLE_EQ(jan.average, sum / 28);
-    EXPECT_EQ(jan.cheapest(), jan.trips.front().total());
     EXPECT_EQ(jan.trips.back().checkIn, d(2027, 1, 8));
     EXPECT_EQ(jan.trips.back().total(), 825 + 2000);
     // Every March day has a price (the last nights in April's season).

@@ -20,23 +20,16 @@ std::string errorOf(const std::string& text) {
     return testing::decodeError<TripSearch>(text, "search.json");
 }
 
-TEST(TripSearch, DecodesEveryKeyAndRoundTripsInOrder) {
+TEST(TripSearch, DecodesEveryKeyAndLeavesAbsentOnesOut) {
     const TripSearch s = decodeSearch(parkData("search.json"));
-    // The optional keys are read under their names.
     EXPECT_EQ(s.epicUniverse, true);
     EXPECT_EQ(s.food, (FoodBudget{60, 30}));
     EXPECT_EQ(s.maxTotal, 9000);
     EXPECT_EQ(s.window.earliest, Day::fromCivil(2027, 1, 10));
+    EXPECT_EQ(decodeSearch(encode(s).dump()), s);
 
-    const json::Json encoded = encode(s);
-    std::vector<std::string> keys;
-    for (const auto& item : encoded.items()) keys.push_back(item.key());
-    EXPECT_EQ(keys, (std::vector<std::string>{"origin", "party", "nights", "parkDays", "resorts",
-                                              "parkHopper", "lightningLane", "epicUniverse",
-                                              "transport", "food", "window", "fares", "maxTotal"}));
-    EXPECT_EQ(decodeSearch(encoded.dump()), s);
-
-    // The optional keys may be left out, and stay out when written again.
+    // The optional keys may be left out, and stay out when written again;
+    // null reads as absent.
     TripSearch bare = s;
     bare.epicUniverse.reset();
     bare.food.reset();
@@ -45,7 +38,6 @@ TEST(TripSearch, DecodesEveryKeyAndRoundTripsInOrder) {
     EXPECT_EQ(bareText.find("epicUniverse"), std::string::npos);
     EXPECT_EQ(bareText.find("maxTotal"), std::string::npos);
     EXPECT_EQ(decodeSearch(bareText), bare);
-    // Absent and null read alike.
     EXPECT_EQ(
         decodeSearch(replaced(parkData("search.json"), "\"maxTotal\": 9000", "\"maxTotal\": null"))
             .maxTotal,
@@ -54,34 +46,25 @@ TEST(TripSearch, DecodesEveryKeyAndRoundTripsInOrder) {
 
 TEST(TripSearch, ErrorsNameTheKeyPath) {
     const std::string text = parkData("search.json");
-    EXPECT_EQ(errorOf(replaced(text, R"({"premier": {"days": 2}})",
-                               R"({"premier": {"days": 2}, "none": {}})")),
-              "search.json: lightningLane: Invalid number of keys found, expected one.");
-    EXPECT_EQ(errorOf(replaced(text, R"({"cheapest": {"tiers": ["value", "moderate"]}})", "{}")),
-              "search.json: resorts: Invalid number of keys found, expected one.");
-    EXPECT_EQ(errorOf(replaced(text, R"("transport": "rideshare")", R"("transport": "bus")")),
-              "search.json: transport: not a transport choice: bus");
-    EXPECT_EQ(errorOf(replaced(text, R"("nonstopOnly": true)", R"("nonstopOnly": "yes")")),
-              "search.json: fares.nonstopOnly: expected a boolean");
-    EXPECT_EQ(errorOf(replaced(text, R"("parkDays": 3)", R"("parkDays": -1)")),
-              "search.json: parkDays: expected a count of 0 or more");
-    EXPECT_EQ(errorOf(replaced(text, R"("childAges": [10, 9, 2, 1])", R"("childAges": [10, "9"])")),
-              "search.json: party.childAges[1]: expected an integer");
-
-    // Searches no trip can answer.
-    const std::vector<std::array<std::string, 3>> impossible = {
-        {R"("perAdult": 60)", R"("perAdult": -60)",
-         "food.perAdult: expected an amount of 0 or more"},
+    // clang-format off
+    const std::vector<std::array<std::string, 3>> cases = {
+        {R"({"premier": {"days": 2}})", R"({"premier": {"days": 2}, "none": {}})", "lightningLane: Invalid number of keys found, expected one."},
+        {R"({"cheapest": {"tiers": ["value", "moderate"]}})", "{}", "resorts: Invalid number of keys found, expected one."},
+        {R"("transport": "rideshare")", R"("transport": "bus")", "transport: not a transport choice: bus"},
+        {R"("nonstopOnly": true)", R"("nonstopOnly": "yes")", "fares.nonstopOnly: expected a boolean"},
+        {R"("parkDays": 3)", R"("parkDays": -1)", "parkDays: expected a count of 0 or more"},
+        {R"("childAges": [10, 9, 2, 1])", R"("childAges": [10, "9"])", "party.childAges[1]: expected an integer"},
+        // Searches no trip can answer.
+        {R"("perAdult": 60)", R"("perAdult": -60)", "food.perAdult: expected an amount of 0 or more"},
         {R"("parkDays": 3)", R"("parkDays": 6)", "parkDays: expected at most 5 park days in 4 nights"},
         {R"("nights": 4)", R"("nights": 2147483647)", "nights: expected 0 to 365 nights"},
         {R"("adults": 2)", R"("adults": 2147483646)", "party.childAges: too many travellers to count"},
         {R"("maxTotal": 9000)", R"("maxTotal": -1)", "maxTotal: expected an amount of 0 or more"},
-        {R"({"premier": {"days": 2}})", R"({"premier": {"days": -2}})",
-         "lightningLane.premier.days: expected a count of 0 or more"},
-        {R"("earliest": "2027-01-10")", R"("earliest": "2027-01-10", "latest": "2027-01-09")",
-         "window.latest: is before earliest"},
+        {R"({"premier": {"days": 2}})", R"({"premier": {"days": -2}})", "lightningLane.premier.days: expected a count of 0 or more"},
+        {R"("earliest": "2027-01-10")", R"("earliest": "2027-01-10", "latest": "2027-01-09")", "window.latest: is before earliest"},
     };
-    for (const auto& [from, to, message] : impossible) {
+    // clang-format on
+    for (const auto& [from, to, message] : cases) {
         EXPECT_EQ(errorOf(replaced(text, from, to)), "search.json: " + message) << to;
     }
     // The edges that are still a trip.
@@ -113,13 +96,6 @@ TEST(LightningLaneChoice, CaseKeyedJson) {
               "ll.json: fastPass: not a Lightning Lane choice: fastPass");
     EXPECT_EQ(error(R"({"none":true})"), "ll.json: none: expected an object");
     EXPECT_EQ(error(R"("none")"), "ll.json: expected an object");
-}
-
-TEST(TransportChoice, EveryCaseRoundTrips) {
-    for (TransportChoice c : allTransportChoices()) {
-        EXPECT_EQ(json::decodeDocument<TransportChoice>(encode(c).dump(), "t.json"), c);
-    }
-    EXPECT_EQ(encode(TransportChoice::mearsStandard), "mearsStandard");
 }
 
 }  // namespace
