@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 
 #include "cli/commands.h"
+#include "cli/table.h"
 #include "tripkit/climate.h"
 #include "tripkit/destinations.h"
 
@@ -58,7 +59,7 @@ json::Json bestTimeJson(const BestTimeView& v) {
 }
 
 void printBestTimeTable(std::ostream& out, const BestTimeView& v) {
-    out << "Best time to go to " << v.place->name << " (" << v.place->code << ")\n";
+    out << "Best time to go to " << shown(v.place->name) << " (" << v.place->code << ")\n";
     if (!v.climate) {
         out << "No long weather record near " << v.place->name << Climate::noRecordText << "\n";
     }
@@ -67,8 +68,12 @@ void printBestTimeTable(std::ostream& out, const BestTimeView& v) {
         return;
     }
     out << note(v) << "\n";
-    out << fmt::format("   {:<5} {:>6} {:>6} {:>7} {:>7} {:>9} {:>6}\n", "Month", "High", "Low",
-                       "Rain", "Comfort", "Cheapest", "Score");
+    using A = Table::Align;
+    Table table;
+    table.indent = 1;
+    table.columns = {{"", A::left, 1},         {"Month", A::left, 5},   {"High", A::right, 6},
+                     {"Low", A::right, 6},     {"Rain", A::right, 7},   {"Comfort", A::right, 7},
+                     {"Cheapest", A::right, 9}, {"Score", A::right, 6}};
     for (std::size_t i = 0; i < v.picks.size(); ++i) {
         const BestTime::Pick& p = v.picks[i];
         std::string high = "-", low = "-", rain = "-";
@@ -78,11 +83,11 @@ void printBestTimeTable(std::ostream& out, const BestTimeView& v) {
             low = fmt::format("{:.0f}°F", m.low);
             rain = fmt::format("{:.1f} in", m.rain);
         }
-        out << fmt::format(" {} {:<5} {:>6} {:>6} {:>7} {:>7} {:>9} {:>6.2f}\n",
-                           BestTime::isStarred(i) ? '*' : ' ', kMonthNames[p.index - 1], high, low,
-                           rain, p.comfort ? fmt::format("{:.2f}", *p.comfort) : "-",
-                           p.price ? money(*p.price) : "-", p.score);
+        table.add({BestTime::isStarred(i) ? "*" : "", kMonthNames[p.index - 1], high, low, rain,
+                   p.comfort ? fmt::format("{:.2f}", *p.comfort) : "-",
+                   p.price ? money(*p.price) : "-", fmt::format("{:.2f}", p.score)});
     }
+    table.print(out);
     if (v.climate) {
         const Climate& catalog = Climate::shipped();
         out << catalog.source.credit() << "; " << v.climate->stationLabel() << ", normals "

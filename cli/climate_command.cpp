@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "cli/commands.h"
+#include "cli/table.h"
 #include "tripkit/wear_data.h"
 
 namespace roamwise::cli {
@@ -20,17 +21,21 @@ std::string readOrThrow(const std::string& path) {
 void printMonths(std::ostream& out, const std::vector<WearMonth>& months) {
     static const char* names[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                   "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-    out << fmt::format("{:<5} {:>6} {:>6} {:>7} {:>9} {:>5} {:>5} {:>8} {:>6} {:>4}\n", "Month",
-                       "High", "Low", "HotDay", "ColdNight", "Rain", "Snow", "Humidity", "Wind",
-                       "UV");
+    using A = Table::Align;
+    Table table;
+    table.columns = {{"Month", A::left, 5},    {"High", A::right, 6},     {"Low", A::right, 6},
+                     {"HotDay", A::right, 7},  {"ColdNight", A::right, 9}, {"Rain", A::right, 5},
+                     {"Snow", A::right, 5},    {"Humidity", A::right, 8}, {"Wind", A::right, 6},
+                     {"UV", A::right, 4}};
     for (std::size_t m = 0; m < months.size(); ++m) {
         const WearMonth& v = months[m];
-        out << fmt::format(
-            "{:<5} {:>6.1f} {:>6.1f} {:>7.1f} {:>9.1f} {:>5.2f} {:>5.2f} {:>8.0f} {:>6.1f} "
-            "{:>4.1f}\n",
-            names[m], v.high, v.low, v.hotDay, v.coldNight, v.rain, v.snow, v.humidity, v.wind,
-            v.uv);
+        table.add({names[m], fmt::format("{:.1f}", v.high), fmt::format("{:.1f}", v.low),
+                   fmt::format("{:.1f}", v.hotDay), fmt::format("{:.1f}", v.coldNight),
+                   fmt::format("{:.2f}", v.rain), fmt::format("{:.2f}", v.snow),
+                   fmt::format("{:.0f}", v.humidity), fmt::format("{:.1f}", v.wind),
+                   fmt::format("{:.1f}", v.uv)});
     }
+    table.print(out);
     out << "°C, km/h, humidity in percent, rain and snow as the share of days.\n";
 }
 

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include "cli/commands.h"
+#include "cli/table.h"
 #include "cli/wear_place.h"
 #include "tripkit/wear.h"
 #include "tripkit/wear_forecast.h"
@@ -14,14 +15,19 @@ using namespace tripkit;
 namespace {
 
 void printDays(std::ostream& out, const WearPlace& place, const std::map<Day, WearDay>& days) {
-    out << place.name << " (" << place.timeZone << ")\n";
-    out << fmt::format("{:<14} {:>5} {:>5} {:>5} {:>5} {:>8} {:>5} {:>4}\n", "Day", "High", "Low",
-                       "Rain", "Snow", "Humidity", "Wind", "UV");
+    out << shown(place.name) << " (" << shown(place.timeZone) << ")\n";
+    using A = Table::Align;
+    Table table;
+    table.columns = {{"Day", A::left, 14},  {"High", A::right, 5}, {"Low", A::right, 5},
+                     {"Rain", A::right, 5}, {"Snow", A::right, 5}, {"Humidity", A::right, 8},
+                     {"Wind", A::right, 5}, {"UV", A::right, 4}};
     for (const auto& [day, d] : days) {
-        out << fmt::format(
-            "{:<14} {:>5.1f} {:>5.1f} {:>5.1f} {:>5.1f} {:>8.0f} {:>5.1f} {:>4.1f}\n",
-            dayWithWeekday(day), d.high, d.low, d.rain, d.snow, d.humidity, d.wind, d.uv);
+        table.add({dayWithWeekday(day), fmt::format("{:.1f}", d.high), fmt::format("{:.1f}", d.low),
+                   fmt::format("{:.1f}", d.rain), fmt::format("{:.1f}", d.snow),
+                   fmt::format("{:.0f}", d.humidity), fmt::format("{:.1f}", d.wind),
+                   fmt::format("{:.1f}", d.uv)});
     }
+    table.print(out);
     out << WearForecast::credit << "\n";
 }
 
