@@ -266,6 +266,19 @@ namespace {
 
 namespace ondemand = simdjson::ondemand;
 
+// One fare kept when a real one could look like it, else counted.
+template <class T>
+bool readPossible(ondemand::value value, std::vector<T>& kept, int& impossible) {
+    T record;
+    if (!json::fast::readFields(value, record)) return false;
+    if (isPossible(record)) {
+        kept.push_back(std::move(record));
+    } else {
+        ++impossible;
+    }
+    return true;
+}
+
 bool readDayFaresFast(ondemand::value value, FareBook::DayFares& out, int& impossible) {
     ondemand::object days;
     if (value.get_object().get(days) != simdjson::SUCCESS) return false;
@@ -281,13 +294,7 @@ bool readDayFaresFast(ondemand::value value, FareBook::DayFares& out, int& impos
         std::vector<FareOption>& kept = out[std::string(text)];
         for (auto element : options) {
             ondemand::value v;
-            FareOption option;
-            if (element.get(v) != simdjson::SUCCESS || !json::fast::readFields(v, option)) return false;
-            if (isPossible(option)) {
-                kept.push_back(std::move(option));
-            } else {
-                ++impossible;
-            }
+            if (element.get(v) != simdjson::SUCCESS || !readPossible(v, kept, impossible)) return false;
         }
     }
     return true;
@@ -303,13 +310,7 @@ bool readDealsFast(ondemand::value value, std::vector<Deal>& out, int& impossibl
     out.reserve(count);  // a large file's deals are not held twice while the vector grows
     for (auto element : deals) {
         ondemand::value v;
-        Deal deal;
-        if (element.get(v) != simdjson::SUCCESS || !json::fast::readFields(v, deal)) return false;
-        if (isPossible(deal)) {
-            out.push_back(std::move(deal));
-        } else {
-            ++impossible;
-        }
+        if (element.get(v) != simdjson::SUCCESS || !readPossible(v, out, impossible)) return false;
     }
     return true;
 }
