@@ -101,16 +101,7 @@ TypicalWeather typicalWeather(double lat, double lon, std::optional<double> city
 ForecastWeather forecastWeather(double lat, double lon, const std::string& timeZone,
                                 const WeatherInput& input);
 
-// What the What to wear screen asks for.
-struct WearAsk {
-    tripkit::WearPlace place;
-    tripkit::Day first;
-    tripkit::Day last;
-    std::set<tripkit::WearActivity> activities;
-    bool laundry = false;
-    bool modest = false;
-    tripkit::TempUnit unit = tripkit::TempUnit::fahrenheit;
-};
+using tripkit::WearAsk;
 
 struct WearOutcome {
     WearAsk ask;

@@ -16,14 +16,12 @@ namespace roamwise::cli {
 
 using namespace tripkit;
 
-LiveWear liveWear(const LiveWearAsk& ask, Io& io) {
+LiveWear liveWear(const WearAsk& ask, Io& io) {
     const Config::Environment environment = [](const char* name) { return std::getenv(name); };
-    const app::WearAsk wearAsk{ask.place, ask.from,   ask.to,  ask.activities,
-                               ask.laundry, ask.modest, ask.unit};
     const app::WeatherInput input =
         app::WeatherInput::standard(app::Cache{app::Folders::standard().cache}, environment,
                                     QDateTime::currentSecsSinceEpoch(), Day::today());
-    app::WearOutcome outcome = app::wearGuide(wearAsk, input);
+    app::WearOutcome outcome = app::wearGuide(ask, input);
     for (const std::string& problem : outcome.problems) {
         io.err << "roamwise-cli: " << shown(problem) << "\n";
     }

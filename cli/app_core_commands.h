@@ -10,7 +10,7 @@ void addWatchCommand(CLI::App& root, Io& io);
 void addRefreshCommand(CLI::App& root, Io& io);
 void addStatusCommand(CLI::App& root, Io& io);
 void addWidgetCommand(CLI::App& root, Io& io);
-LiveWear liveWear(const LiveWearAsk& ask, Io& io);
+LiveWear liveWear(const tripkit::WearAsk& ask, Io& io);
 
 AppCoreCommands appCoreCommands();
 

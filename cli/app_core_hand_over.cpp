@@ -63,7 +63,7 @@ AppCoreCommands handOverToAppCore() {
         handedOver("refresh", appCoreHelp::refresh),
         handedOver("status", appCoreHelp::status),
         handedOver("widget", appCoreHelp::widget),
-        [](const LiveWearAsk&, Io& io) -> LiveWear { handOver(io); },
+        [](const tripkit::WearAsk&, Io& io) -> LiveWear { handOver(io); },
     };
 }
 

@@ -25,20 +25,11 @@ void addClimateCommand(CLI::App& root, Io& io);
 void addForecastCommand(CLI::App& root, Io& io);
 
 // `wear --live`: the guide from fetched weather, with the credits to print.
-struct LiveWearAsk {
-    const tripkit::WearPlace& place;
-    tripkit::Day from;
-    tripkit::Day to;
-    std::set<tripkit::WearActivity> activities;
-    bool laundry = false;
-    bool modest = false;
-    tripkit::TempUnit unit = tripkit::TempUnit::fahrenheit;
-};
 struct LiveWear {
     tripkit::WearGuide guide;
     std::vector<std::string> credits;
 };
-using LiveWearSource = std::function<LiveWear(const LiveWearAsk&, Io&)>;
+using LiveWearSource = std::function<LiveWear(const tripkit::WearAsk&, Io&)>;
 void addWearCommand(CLI::App& root, Io& io, const LiveWearSource& live);
 
 // The one-line descriptions of the application core's commands, the same in

@@ -147,9 +147,8 @@ void addWearCommand(CLI::App& root, Io& io, const LiveWearSource& live) {
         WearGuide guide;
         std::vector<std::string> credits;
         if (options->live) {
-            LiveWear outcome = live(LiveWearAsk{place, from, to, activities, options->laundry,
-                                                options->modest, unit},
-                                    io);
+            LiveWear outcome = live(
+                WearAsk{place, from, to, activities, options->laundry, options->modest, unit}, io);
             guide = std::move(outcome.guide);
             credits = std::move(outcome.credits);
         } else {

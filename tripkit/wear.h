@@ -43,6 +43,18 @@ std::string rangeText(double lowC, double highC, TempUnit unit);  // "55–68°F
 std::string differenceText(double differenceC, TempUnit unit);    // "18°F"
 std::string windText(double kmh, TempUnit unit);                  // "12 mph"
 
+// What a person asks the What to wear guide for: a place, the days and how
+// they travel.
+struct WearAsk {
+    WearPlace place;
+    Day first;
+    Day last;
+    std::set<WearActivity> activities;
+    bool laundry = false;
+    bool modest = false;
+    TempUnit unit = TempUnit::fahrenheit;
+};
+
 struct WearRequest {
     std::vector<WearDay> days;  // by day
     std::set<WearActivity> activities;
