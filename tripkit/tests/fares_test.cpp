@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tripkit/tests/test_data.h"
+
 namespace tripkit {
 namespace {
 
@@ -219,23 +221,7 @@ TEST(FaresJson, TheFastReaderReadsPlainFilesAsTheTreeDoesAndLeavesTheRestToIt) {
         {head + "]", false},
     };
     for (const Case& c : cases) {
-        SCOPED_TRACE(c.text.substr(0, 160));
-        const simdjson::padded_string padded(c.text);
-        EXPECT_EQ(FareBook::readFast(padded.data(), padded.size()).has_value(), c.fast);
-        std::optional<FareBook> tree, document;
-        std::string treeError, documentError;
-        try {
-            tree = json::decodeTree<FareBook>(c.text, "flights/JFK.json");
-        } catch (const json::DecodeError& e) {
-            treeError = e.what();
-        }
-        try {
-            document = json::decodeDocument<FareBook>(c.text, "flights/JFK.json");
-        } catch (const json::DecodeError& e) {
-            documentError = e.what();
-        }
-        EXPECT_EQ(documentError, treeError);
-        EXPECT_EQ(document, tree);
+        testing::expectReadAsTheTree<FareBook>(c.text, c.fast, std::equal_to<FareBook>{});
     }
 }
 

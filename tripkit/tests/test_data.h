@@ -3,6 +3,7 @@
 #pragma once
 
 #include <fstream>
+#include <optional>
 #include <sstream>
 #include <string>
 
@@ -13,6 +14,33 @@
 #include "tripkit/universal_guide.h"
 
 namespace tripkit::testing {
+
+// A file decoded by decodeDocument (its fast reader first) as by the DOM
+// decoder alone: the same record by `same`, or the same message; `fast` says
+// whether the fast reader takes it.
+template <class T, class Same>
+void expectReadAsTheTree(const std::string& text, bool fast, Same same) {
+    SCOPED_TRACE(text.substr(0, 160));
+    const simdjson::padded_string padded(text);
+    EXPECT_EQ(T::readFast(padded.data(), padded.size()).has_value(), fast);
+    std::optional<T> tree, document;
+    std::string treeError, documentError;
+    try {
+        tree = json::decodeTree<T>(text, "file.json");
+    } catch (const json::DecodeError& e) {
+        treeError = e.what();
+    }
+    try {
+        document = json::decodeDocument<T>(text, "file.json");
+    } catch (const json::DecodeError& e) {
+        documentError = e.what();
+    }
+    EXPECT_EQ(documentError, treeError);
+    ASSERT_EQ(document.has_value(), tree.has_value());
+    if (tree) {
+        EXPECT_TRUE(same(*document, *tree));
+    }
+}
 
 inline std::string readFile(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
