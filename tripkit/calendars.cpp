@@ -108,7 +108,10 @@ private:
 // in runs of one month, so most only need their last two digits read.
 class DayReader {
 public:
-    std::optional<Day> read(std::string_view text) {
+    // The day's count in `out`. An out-parameter, not an optional<Day>: the
+    // optional went through memory in two parts and was read back as one,
+    // which stalled the hot loop on every cell.
+    bool read(std::string_view text, std::int64_t& out) {
         if (text.size() == 10) {
             std::uint64_t month = 0;
             std::memcpy(&month, text.data(), 8);
@@ -116,14 +119,15 @@ public:
             const unsigned ones = static_cast<unsigned char>(text[9]) - '0';
             const unsigned dayOfMonth = tens * 10 + ones;
             if (month == m_month && tens <= 9 && ones <= 9 && dayOfMonth >= 1 && dayOfMonth <= 31) {
-                return Day{m_monthStart + dayOfMonth - 1};
+                out = m_monthStart + dayOfMonth - 1;
+                return true;
             }
         }
-        return readNewMonth(text);
+        return readNewMonth(text, out);
     }
 
 private:
-    [[gnu::noinline]] std::optional<Day> readNewMonth(std::string_view text) {
+    [[gnu::noinline]] bool readNewMonth(std::string_view text, std::int64_t& out) {
         if (text.size() == 10 && digit(text[8]) && digit(text[9])) {
             const int dayOfMonth = (text[8] - '0') * 10 + (text[9] - '0');
             const bool plain = std::all_of(text.begin(), text.begin() + 4, digit) &&
@@ -134,14 +138,16 @@ private:
                                  (text[2] - '0') * 10 + (text[3] - '0');
                 std::memcpy(&m_month, text.data(), 8);
                 m_monthStart = Day::fromCivil(year, monthNumber, 1).count;
-                if (dayOfMonth < 1 || dayOfMonth > 31) return std::nullopt;
-                return Day{m_monthStart + dayOfMonth - 1};
+                if (dayOfMonth < 1 || dayOfMonth > 31) return false;
+                out = m_monthStart + dayOfMonth - 1;
+                return true;
             }
         }
-        return Day::parse(text);
+        const std::optional<Day> day = Day::parse(text);
+        if (day) out = day->count;
+        return day.has_value();
     }
 
-private:
     static bool digit(char c) { return c >= '0' && c <= '9'; }
     // The first eight bytes of the last plain day text; all-0xFF (invalid
     // UTF-8, so in no parsed text) until one is read.
@@ -461,7 +467,7 @@ namespace {
 class GridBuilder {
 public:
     explicit GridBuilder(CalendarBook& out)
-        : m_out(out), m_updated(Day::parse(out.updated)), m_airlines(out.airlines) {
+        : m_out(out), m_updated(updatedCount(out.updated)), m_airlines(out.airlines) {
         out.routes.clear();
         out.airlines.clear();
         out.skippedImpossible = 0;
@@ -477,36 +483,45 @@ public:
 
     void add(std::vector<CalendarFare>& fares, std::string_view departText, const Cell& cell) {
         // A cell the job could not date says nothing: skip it alone.
-        const std::optional<Day> depart = m_departs.read(departText);
-        if (!depart) return;
-        const std::optional<Day> back = cell.back ? m_backs.read(*cell.back) : std::nullopt;
-        std::optional<Day> seen = cell.seen ? m_seens.read(*cell.seen) : std::nullopt;
+        std::int64_t depart = 0;
+        if (!m_departs.read(departText, depart)) return;
+        // Days as counts, noDay for none: see DayReader::read.
+        std::int64_t back = CalendarFare::noDay;
+        if (cell.back && !m_backs.read(*cell.back, back)) back = CalendarFare::noDay;
+        std::int64_t seen = CalendarFare::noDay;
+        if (cell.seen && !m_seens.read(*cell.seen, seen)) seen = CalendarFare::noDay;
         bool impossible = !(cell.price > 0) || !std::isfinite(cell.price) || cell.stops < 0 ||
-                          (back && *back < *depart);
-        if (!seen) {
+                          (back != CalendarFare::noDay && back < depart);
+        if (seen == CalendarFare::noDay) {
             seen = m_updated;
-        } else if (m_updated && *seen > *m_updated) {
+        } else if (m_updated != CalendarFare::noDay && seen > m_updated) {
             impossible = true;
         }
-        impossible = impossible || !fitsDayCount(*depart) || (back && !fitsDayCount(*back)) ||
-                     (seen && !fitsDayCount(*seen));
+        impossible = impossible || !fits(depart) || (back != CalendarFare::noDay && !fits(back)) ||
+                     (seen != CalendarFare::noDay && !fits(seen));
         if (impossible) {
             ++m_out.skippedImpossible;
             return;
         }
         CalendarFare fare;
         fare.price = cell.price;
-        fare.depart = static_cast<std::int32_t>(depart->count);
-        fare.back = dayCount(back);
-        fare.seen = dayCount(seen);
+        fare.depart = static_cast<std::int32_t>(depart);
+        fare.back = static_cast<std::int32_t>(back);
+        fare.seen = static_cast<std::int32_t>(seen);
         fare.stops = cell.stops;
         fare.airline = m_airlines.intern(cell.airline);
         fares.push_back(fare);
     }
 
 private:
+    static std::int64_t updatedCount(const std::string& text) {
+        const std::optional<Day> day = Day::parse(text);
+        return day ? day->count : CalendarFare::noDay;
+    }
+    static bool fits(std::int64_t count) { return fitsDayCount(Day{count}); }
+
     CalendarBook& m_out;
-    std::optional<Day> m_updated;
+    std::int64_t m_updated;  // noDay when the file's day does not read
     AirlineTable m_airlines;
     DayReader m_departs, m_backs, m_seens;
 };
