@@ -136,6 +136,71 @@ BENCHMARK(BM_DecodeCalendar)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_DecodeFare)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_DecodeHistory)->Unit(benchmark::kMillisecond);
 
+// Ceilings: how fast a calendar reader could be with no records built at all,
+// each cell's values only read, by the two ways simdjson offers. They bound
+// what the decode above can reach against the same bare parse.
+double onDemandWalk(simdjson::ondemand::parser& parser, const std::string& padded) {
+    namespace od = simdjson::ondemand;
+    double sum = 0;
+    od::document doc = parser.iterate(padded.data(), padded.size(), padded.capacity());
+    for (auto field : doc.get_object()) {
+        if (std::string_view(field.unescaped_key()) != "routes") continue;
+        for (auto route : field.value().get_object()) {
+            for (auto day : route.value().get_object()) {
+                sum += static_cast<double>(std::string_view(day.unescaped_key()).size());
+                int i = 0;
+                for (auto element : day.value().get_array()) {
+                    od::value v = element.value();
+                    if (i == 0) sum += double(v.get_double());
+                    if (i == 1) sum += static_cast<double>(std::string_view(v.get_string()).size());
+                    if (i == 2) sum += static_cast<double>(int64_t(v.get_int64()));
+                    if (i > 2 && !v.is_null()) sum += static_cast<double>(std::string_view(v.get_string()).size());
+                    ++i;
+                }
+            }
+        }
+    }
+    return sum;
+}
+
+double domWalk(simdjson::dom::parser& parser, const std::string& padded) {
+    namespace dom = simdjson::dom;
+    double sum = 0;
+    const dom::element doc = parser.parse(padded.data(), padded.size(), false);
+    for (const dom::key_value_pair route : dom::object(doc["routes"])) {
+        for (const dom::key_value_pair day : dom::object(route.value)) {
+            sum += static_cast<double>(day.key.size());
+            for (const dom::element v : dom::array(day.value)) {
+                if (v.is_string()) sum += static_cast<double>(std::string_view(v).size());
+                else if (v.is_number()) sum += double(v);
+            }
+        }
+    }
+    return sum;
+}
+
+template <class Parser, double (*Walk)(Parser&, const std::string&)>
+void BM_CalendarCeiling(benchmark::State& state) {
+    const std::string bytes = json::padded(inputFile(state, "calendars"));
+    if (bytes.empty()) return;
+    const double bare = bareParseMBps(bytes);
+    Parser parser;
+    benchmark::DoNotOptimize(Walk(parser, bytes));  // allocate once
+    const double start = cpuSeconds();
+    for (auto _ : state) benchmark::DoNotOptimize(Walk(parser, bytes));
+    const double mine = megabytesPerSecond(bytes.size(), cpuSeconds() - start,
+                                           static_cast<int>(state.iterations()));
+    state.counters["bare_MBps"] = bare;
+    state.counters["vs_bare"] = mine / bare;
+    state.SetLabel("ceiling: values read, no records");
+}
+BENCHMARK(BM_CalendarCeiling<simdjson::ondemand::parser, onDemandWalk>)
+    ->Name("BM_CalendarCeiling/on_demand")
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK(BM_CalendarCeiling<simdjson::dom::parser, domWalk>)
+    ->Name("BM_CalendarCeiling/dom")
+    ->Unit(benchmark::kMillisecond);
+
 // What a start or a refresh does with the three home airports' nine files:
 // read them from disk, decode them, merge the deals, calendars and history.
 struct Merged {

@@ -38,10 +38,17 @@ CLI::Option* addParsed(CLI::App& command, const std::string& name, Value& into,
     return option;
 }
 
+// A range with no real top: its end is only the type's. Not worth a ten- or
+// nineteen-digit number in a message.
+bool openTop(WholeRange range) {
+    return range.max == std::numeric_limits<int>::max() ||
+           range.max == std::numeric_limits<long long>::max();
+}
+
 }  // namespace
 
 std::string describeRange(const std::string& name, WholeRange range) {
-    if (range.max == std::numeric_limits<int>::max()) {
+    if (openTop(range)) {
         return fmt::format("{} must be at least {}", name, range.min);
     }
     if (range.max == range.min + 1) {
@@ -62,10 +69,14 @@ long long parseWhole(std::string_view text, const std::string& name, WholeRange 
     }
     long long value = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    const bool negative = text.starts_with('-');
+    if (negative) value = -value;
+    const bool tooLarge = !negative && (error != std::errc() || value > range.max);
+    // "must be at least 1" would not tell what is wrong with 99999999999.
+    if (tooLarge && openTop(range)) throw UsageError(fmt::format("{} is too large", name));
     if (error != std::errc() || end != digits.data() + digits.size()) {
         throw UsageError(describeRange(name, range));  // too many digits for any range
     }
-    if (text.starts_with('-')) value = -value;
     if (value < range.min || value > range.max) throw UsageError(describeRange(name, range));
     return value;
 }
@@ -110,6 +121,16 @@ CLI::Option* addWholeOption(CLI::App& command, const std::string& name, std::opt
                      [range](const std::string& text, const std::string& n) {
                          return static_cast<int>(parseWhole(text, n, range));
                      });
+}
+
+CLI::Option* addWholeOption(CLI::App& command, const std::string& name, std::uint64_t& into,
+                            const std::string& help, WholeRange range) {
+    const std::string shownDefault = std::to_string(into);
+    return addParsed(command, name, into, help, "INT",
+                     [range](const std::string& text, const std::string& n) {
+                         return static_cast<std::uint64_t>(parseWhole(text, n, range));
+                     })
+        ->default_str(shownDefault);
 }
 
 CLI::Option* addNumberOption(CLI::App& command, const std::string& name, double& into,

@@ -2,6 +2,7 @@
 // command: decimal only, finite, and range errors said in words.
 #pragma once
 
+#include <cstdint>
 #include <limits>
 #include <optional>
 #include <string>
@@ -45,6 +46,9 @@ double parseNumber(std::string_view text, const std::string& name, NumberRange r
 CLI::Option* addWholeOption(CLI::App& command, const std::string& name, int& into,
                             const std::string& help, WholeRange range);
 CLI::Option* addWholeOption(CLI::App& command, const std::string& name, std::optional<int>& into,
+                            const std::string& help, WholeRange range);
+// Seeds and other counts wider than an int; `range.max` at most LLONG_MAX.
+CLI::Option* addWholeOption(CLI::App& command, const std::string& name, std::uint64_t& into,
                             const std::string& help, WholeRange range);
 CLI::Option* addNumberOption(CLI::App& command, const std::string& name, double& into,
                              const std::string& help, NumberRange range);

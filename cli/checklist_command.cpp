@@ -85,9 +85,8 @@ void addChecklistCommand(CLI::App& root, Io& io) {
     command->add_option("DEST", options->destination, "Destination code (e.g. LIS)")->required();
     CLI::Option* trip = command->add_option("--trip", options->trip, "The trip's day (YYYY-MM-DD)")
                             ->check(dayValidator());
-    CLI::Option* weeks =
-        command->add_option("--weeks", options->weeks, "Weeks before the trip to be reminded")
-            ->check(CLI::Range(0, 52));
+    CLI::Option* weeks = addWholeOption(*command, "--weeks", options->weeks,
+                                        "Weeks before the trip to be reminded", {0, 52});
     trip->needs(weeks);
     weeks->needs(trip);
     command->add_option("--today", options->today, "Day to run for (YYYY-MM-DD; default: today)")

@@ -52,7 +52,9 @@ void addReduce(CLI::App& climate, Io& io) {
     command->add_option("DAILY", options->daily, "The daily point response (JSON)")->required();
     command->add_option("--uv", options->uv,
                         "A climatology point response with ALLSKY_SFC_UV_INDEX_12");
-    command->add_option("--elevation", options->elevation, "The city's height in metres");
+    // Below sea level is real (the Dead Sea shore is about -430 m).
+    addNumberOption(*command, "--elevation", options->elevation, "The city's height in metres",
+                    {-500, 9000});
     command->add_flag("--json", options->json, "Print JSON instead of a table");
     command->callback([options, &io] {
         const auto daily =

@@ -2,6 +2,7 @@
 // ready for any static file server.
 #include <filesystem>
 #include <fstream>
+#include <limits>
 
 #include <fmt/format.h>
 
@@ -75,15 +76,12 @@ void addFeedCommand(CLI::App& root, Io& io) {
     auto* airports = write->add_option("--airports", options->airports,
                                        "Origin airports (default: the twenty busiest)");
     write->add_flag("--all", options->all, "Every airport of the catalog")->excludes(airports);
-    write->add_option("--seed", options->seed, "Seed of the made-up prices");
-    write
-        ->add_option("--extra-places", options->extraPlaces,
-                     "Made-up places beyond the catalog, for load tests")
-        ->check(CLI::Range(0, 100000));
-    write
-        ->add_option("--orlando-options", options->orlandoOptions,
-                     "Orlando fares per day instead of two to five, for load tests")
-        ->check(CLI::Range(0, 1000));
+    addWholeOption(*write, "--seed", options->seed, "Seed of the made-up prices",
+                   {0, std::numeric_limits<long long>::max()});
+    addWholeOption(*write, "--extra-places", options->extraPlaces,
+                   "Made-up places beyond the catalog, for load tests", {0, 100000});
+    addWholeOption(*write, "--orlando-options", options->orlandoOptions,
+                   "Orlando fares per day instead of two to five, for load tests", {0, 1000});
     write->callback([options, &io] {
         feedgen::Options o;
         o.today = resolveToday(options->today);
