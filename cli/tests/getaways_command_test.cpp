@@ -21,8 +21,8 @@ void writeCalendars(const TempDir& dir) {
 }
 
 testing::CliResult getaways(const TempDir& dir, std::vector<std::string> extra, bool json = true) {
-    std::vector<std::string> args = {"getaways", "--data", dir.str(), "--home", "JFK,EWR",
-                                     "--today", "2026-11-20"};
+    std::vector<std::string> args = {"getaways", "--data",  dir.str(),   "--home",
+                                     "JFK,EWR",  "--today", "2026-11-20"};
     if (json) args.push_back("--json");
     args.insert(args.end(), extra.begin(), extra.end());
     return runCli(args);
@@ -42,20 +42,14 @@ std::vector<std::string> rows(const testing::CliResult& r) {
 TEST(GetawaysCommand, TimingsLengthsAndFilters) {
     TempDir dir;
     writeCalendars(dir);
-    auto r = getaways(dir, {"--timing", "anytime"});
-    ASSERT_EQ(r.status, kOk) << r.err;
-    EXPECT_EQ(rows(r), (std::vector<std::string>{"MIA/JFK/2026-12-08/120", "CUN/JFK/2026-12-26/180",
-                                                 "SJU/JFK/2026-11-25/280"}));
-    EXPECT_EQ(r.json()[0]["timing"].dump(), R"({"anytime":{}})");
-    EXPECT_FALSE(r.json()[0].contains("window"));
-    EXPECT_EQ(r.json()[0]["trip"]["nights"], 7);
+    // Which trips each timing keeps is the getaway tests' business; the
+    // options reach it.
     EXPECT_EQ(rows(getaways(dir, {"--timing", "weekends"})),
               (std::vector<std::string>{"MIA/JFK/2026-12-04/150", "CUN/JFK/2026-12-24/400"}));
     EXPECT_EQ(rows(getaways(dir, {"--timing", "anytime", "--length", "short"})),
               (std::vector<std::string>{"MIA/JFK/2026-12-04/150", "CUN/EWR/2026-12-23/400"}));
 
-    // Thanksgiving: the cheaper trip wins though stale, with its window.
-    r = getaways(dir, {"--timing", "thanksgiving"});
+    auto r = getaways(dir, {"--timing", "thanksgiving"});
     ASSERT_EQ(rows(r), (std::vector<std::string>{"SJU/JFK/2026-11-25/280"}));
     EXPECT_EQ(r.json()[0]["timing"].dump(), R"({"holiday":{"_0":"thanksgiving"}})");
     EXPECT_EQ(r.json()[0]["window"].dump(),
@@ -66,8 +60,9 @@ TEST(GetawaysCommand, TimingsLengthsAndFilters) {
               (std::vector<std::string>{"SJU/JFK/2026-11-25/280"}));
 
     auto table = getaways(dir, {"--timing", "any-holiday"}, false);
-    EXPECT_NE(table.out.find("Cheapest trips that fit: any federal holiday’s long weekend, any length\n"),
-              std::string::npos)
+    EXPECT_NE(
+        table.out.find("Cheapest trips that fit: any federal holiday’s long weekend, any length\n"),
+        std::string::npos)
         << table.out;
     EXPECT_NE(table.out.find("\n      Thanksgiving: days off Thu 2026-11-26 to Sun 2026-11-29\n"),
               std::string::npos)
@@ -78,7 +73,6 @@ TEST(GetawaysCommand, WrongArgumentsAndMissingCalendars) {
     TempDir dir;
     writeCalendars(dir);
     for (const auto& extra : std::vector<std::vector<std::string>>{
-             {},
              {"--timing", "easter"},
              {"--timing", "anytime", "--length", "longer"},
              {"--timing", "anytime", "--to", "L1S"},
