@@ -46,12 +46,5 @@ TEST(BestTimeCommand, JoinsShippedClimateWithTheCalendarsMonths) {
     EXPECT_NE(table.out.find("km away), normals 1991–2020\n"), std::string::npos) << table.out;
 }
 
-TEST(BestTimeCommand, UnknownDestinationIsAUsageError) {
-    auto r = runCli({"best-time", "QQQ", "--sample", "--home", "JFK", "--json"});
-    EXPECT_EQ(r.status, kUsage);
-    EXPECT_NE(r.err.find("no destination with the code \"QQQ\""), std::string::npos) << r.err;
-    EXPECT_TRUE(r.out.empty());
-}
-
 }  // namespace
 }  // namespace roamwise::cli

@@ -12,11 +12,13 @@ using testing::TempDir;
 // 2026-11-20 is a Friday; Thanksgiving's days off are Thursday 26 to Sunday
 // 29 November, Christmas's Friday 25 to Sunday 27 December.
 void writeCalendars(const TempDir& dir) {
-    dir.write("calendars/JFK.json", R"({"origin":"JFK","updated":"2026-11-20","routes":{
+    dir.write("calendars/JFK.json",
+              R"({"origin":"JFK","updated":"2026-11-20","routes":{
         "MIA":{"2026-12-04":[150,"B6",0,"2026-12-06"], "2026-12-08":[120,"AA",0,"2026-12-15"]},
         "SJU":{"2026-11-24":[300,"B6",0,"2026-11-29"], "2026-11-25":[280,"B6",0,"2026-11-30","2026-11-16"]},
         "CUN":{"2026-12-24":[400,"DL",0,"2026-12-28"], "2026-12-26":[180,"DL",0,null]}}})");
-    dir.write("calendars/EWR.json", R"({"origin":"EWR","updated":"2026-11-20","routes":{
+    dir.write("calendars/EWR.json",
+              R"({"origin":"EWR","updated":"2026-11-20","routes":{
         "CUN":{"2026-12-23":[400,"UA",0,"2026-12-27"]}}})");
 }
 
@@ -60,28 +62,18 @@ TEST(GetawaysCommand, TimingsLengthsAndFilters) {
               (std::vector<std::string>{"SJU/JFK/2026-11-25/280"}));
 
     auto table = getaways(dir, {"--timing", "any-holiday"}, false);
-    EXPECT_NE(
-        table.out.find("Cheapest trips that fit: any federal holiday’s long weekend, any length\n"),
-        std::string::npos)
+    EXPECT_NE(table.out.find("Cheapest trips that fit: any federal holiday’s "
+                             "long weekend, any length\n"),
+              std::string::npos)
         << table.out;
     EXPECT_NE(table.out.find("\n      Thanksgiving: days off Thu 2026-11-26 to Sun 2026-11-29\n"),
               std::string::npos)
         << table.out;
 }
 
-TEST(GetawaysCommand, WrongArgumentsAndMissingCalendars) {
+TEST(GetawaysCommand, MissingCalendars) {
     TempDir dir;
     writeCalendars(dir);
-    for (const auto& extra : std::vector<std::vector<std::string>>{
-             {"--timing", "easter"},
-             {"--timing", "anytime", "--length", "longer"},
-             {"--timing", "anytime", "--to", "L1S"},
-             {"--timing", "anytime", "--max", "cheap"},
-         }) {
-        auto r = getaways(dir, extra);
-        EXPECT_EQ(r.status, kUsage) << ::testing::PrintToString(extra);
-        EXPECT_TRUE(r.out.empty());
-    }
     auto r = runCli({"getaways", "--data", dir.str(), "--home", "LGA", "--timing", "weekends"});
     EXPECT_EQ(r.status, kNoData);
     EXPECT_NE(r.err.find("Getaways need price calendars"), std::string::npos) << r.err;

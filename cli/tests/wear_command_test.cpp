@@ -51,14 +51,6 @@ TEST(WearCommand, GuideForAPlaceByCodeNameOrAlias) {
     auto table = runCli({"wear", "LIS", "--from", "2026-05-01", "--to", "2026-05-03"});
     ASSERT_EQ(table.status, kOk);
     EXPECT_TRUE(has(table.out, "Daytime: ") && has(table.out, "°F")) << table.out;
-
-    for (const std::vector<std::string>& args :
-         {std::vector<std::string>{"wear", "Atlantis", "--from", "2026-05-01", "--to",
-                                   "2026-05-03"},
-          {"wear", "LIS", "--from", "2026-05-01", "--to", "2026-05-03", "--activities",
-           "skiing"}}) {
-        EXPECT_EQ(runCli(args).status, kUsage) << args[1];
-    }
 }
 
 TEST(ClimateCommand, ReducesADailyResponse) {
