@@ -46,6 +46,12 @@ M = [
  ("disney: last published ticket day estimated", "tripkit/disney_guide.cpp", 'lastParkDay > coverage.ticketsPublishedThrough', 'lastParkDay >= coverage.ticketsPublishedThrough'),
  ("links: eight-digit ports accepted", "tripkit/links.cpp", 'port.size() > 5', 'port.size() > 8'),
  ("getaways: holiday trips may be three days off", "tripkit/getaways.h", 'static constexpr int slackDays = 2;', 'static constexpr int slackDays = 3;'),
+ ("refresh: a download cached before it decoded", "app/refresh.cpp", 'value = decodeBytes(*bytes, path);\n                file.status = FileReport::Status::fetched;\n                try {\n                    input.cache.write(name, *bytes);', 'input.cache.write(name, *bytes);\n                value = decodeBytes(*bytes, path);\n                file.status = FileReport::Status::fetched;\n                try {'),
+ ("storage: an unreadable list overwritten, not set aside", "app/storage.cpp", 'QFile::rename(path, aside);', '(void)path;'),
+ ("feedgen: prices drawn afresh each night", "feedgen/prices.cpp", 'r.key = Key{night.seed, codeKey(origin.code), codeKey(place.code)};', 'r.key = Key{night.seed ^ static_cast<std::uint64_t>(night.today.count), codeKey(origin.code), codeKey(place.code)};'),
+ ("feedgen: a file depends on the airports asked for", "feedgen/feed.cpp", 'night(Night::make(o.today, o.seed)),', 'night(Night::make(o.today, o.seed + o.airports.size())),'),
+ ("cli: an advisories feed that does not decode exits 0", "cli/advisories_command.cpp", 'not an advisories feed: " << shown(e.what()) << "\\n";\n            io.status = kNoData;', 'not an advisories feed: " << shown(e.what()) << "\\n";\n            io.status = kOk;'),
+ ("plan: a trip's JSON without its inbound leg", "cli/plan_command.cpp", '    out["inbound"] = legJson(t.inbound);\n', ''),
 ]
 only = sys.argv[3:] 
 results = []

@@ -43,14 +43,18 @@ TEST(Arguments, NumbersAreDecimalFiniteAndInRange) {
         {" 7", "YEAR must be a whole number, not \" 7\"",
          "--price must be a decimal number like 250 or 199.50, not \" 7\""},
         {"9\x1b[2J", "YEAR must be a whole number, not \"9\\x1b[2J\"",
-         "--price must be a decimal number like 250 or 199.50, not \"9\\x1b[2J\""},
+         "--price must be a decimal number like 250 or 199.50, not "
+         "\"9\\x1b[2J\""},
         {"0", "YEAR must be between 1000 and 9999", "--price must be between 0.01 and 1000000"},
         {big, "YEAR must be between 1000 and 9999", "--price must be between 0.01 and 1000000"},
         {big + "." + big, "YEAR must be a whole number, not \"" + big.substr(0, 24) + "...\"",
          "--price must be between 0.01 and 1000000"},
     };
     for (const auto& c : cases) {
-        EXPECT_EQ(outcome([&] { return parseWhole(c.text, "YEAR", {1000, 9999}); }), c.whole)
+        EXPECT_EQ(outcome([&] {
+                      return parseWhole(c.text, "YEAR", {1000, 9999});
+                  }),
+                  c.whole)
             << c.text;
         EXPECT_EQ(outcome([&] { return parseNumber(c.text, "--price", kPriceRange); }), c.number)
             << c.text;
@@ -65,20 +69,24 @@ TEST(Arguments, NearestCommandName) {
         std::string given;
         std::optional<std::string> nearest;
     } cases[] = {
-        {"dael", "deals"}, {"deal", "deals"},       {"hol", "holidays"},
-        {"pricecheck", "price-check"},             {"plcaes", "places"},
-        {"p", std::nullopt},                        // begins three of them
-        {"xyz", std::nullopt},                      {"", std::nullopt},
+        {"dael", "deals"},     {"deal", "deals"},
+        {"hol", "holidays"},   {"pricecheck", "price-check"},
+        {"plcaes", "places"},  {"p", std::nullopt},  // begins three of them
+        {"xyz", std::nullopt}, {"", std::nullopt},
     };
     for (const auto& c : cases) EXPECT_EQ(nearestName(c.given, names), c.nearest) << c.given;
 }
 
-TEST(Arguments, EveryCommandReadsThemTheSameWay) {
+// Every command's wrong arguments: exit 2, a message naming what is wrong
+// (or at least the program), nothing on standard output.
+TEST(Arguments, EveryCommandRefusesWrongArgumentsTheSameWay) {
     auto year = runCli({"holidays", "02027"});
     EXPECT_EQ(year.status, kOk) << year.err;
     EXPECT_TRUE(year.out.starts_with("Federal holidays 2027\n")) << year.out;
 
     const std::string data = std::string(ROAMWISE_EXAMPLES) + "/data";
+    const std::string search = std::string(TRIPKIT_TEST_DATA) + "/parks/search.json";
+    const std::string from = "--from=2026-05-01", to = "--to=2026-05-03";
     const struct {
         std::vector<std::string> args;
         std::string error;
@@ -93,15 +101,46 @@ TEST(Arguments, EveryCommandReadsThemTheSameWay) {
         {{"places", "nearby", "MCO", "--limit", "0"}, "--limit must be at least 1"},
         {{"advisories", "--file", "f.json", "--max-level", "3"}, "--max-level must be 1 or 2"},
         {{"dael"}, "unknown command 'dael'; did you mean 'deals'?"},
-        {{"places", "nearbyy", "MCO"}, "unknown command 'places nearbyy'; did you mean 'places nearby'?"},
+        {{"places", "nearbyy", "MCO"},
+         "unknown command 'places nearbyy'; did you mean 'places nearby'?"},
         {{"zzz"}, "unknown command 'zzz'; the commands are deals, places, "},
+        {{}, ""},
+        {{"deals", "--data", data, "--home", "JFK,EWR,LGA,BOS"}, ""},  // four homes
+        {{"deals", "--data", data, "--home", "JFK,jfk"}, ""},
+        {{"deals", "--data", data, "--home", "JFK", "--today", "2026-13-01"}, ""},
+        {{"deals", "--data", data + "/nowhere", "--home", "JFK"}, ""},
+        {{"deals", "--data", data, "--home", "JFK", "--bogus"}, ""},
+        {{"places", "nearby", "XYZ"}, "no airport with the code \"XYZ\""},
+        {{"places", "airports", "hi", "kona"}, ""},  // one query argument; quote it
+        {{"places", "destinations", "--domestic", "--abroad"}, ""},
+        {{"places", "nearby", "MCO", "--within", "-1"}, ""},
+        {{"getaways", "--data", data, "--home", "JFK", "--timing", "easter"}, ""},
+        {{"getaways", "--data", data, "--home", "JFK", "--timing", "anytime", "--length", "longer"},
+         ""},
+        {{"getaways", "--data", data, "--home", "JFK", "--timing", "anytime", "--to", "L1S"}, ""},
+        {{"park", "price", "seaworld", "--search", search, "--check-in", "2027-02-01"}, ""},
+        {{"park", "price", "disney", "--search", search, "--check-in", "2027-02-30"}, ""},
+        {{"holidays"}, ""},
+        {{"holidays", "2027", "2028"}, ""},
+        {{"price-check", "LISB", "--data", data, "--home", "JFK", "--price", "1"}, ""},
+        {{"price-check", "--data", data, "--home", "JFK"}, ""},
+        {{"calendar", "LISB", "--data", data, "--home", "JFK"}, ""},
+        {{"advisories"}, ""},
+        {{"checklist", "ZZZ", "--json"}, "no destination with the code \"ZZZ\""},
+        {{"checklist", "LIS", "--trip", "2027-01-20"}, ""},  // no --weeks
+        {{"best-time", "QQQ", "--sample", "--home", "JFK", "--json"},
+         "no destination with the code \"QQQ\""},
+        {{"wear", "Atlantis", from, to}, ""},
+        {{"wear", "LIS", from, to, "--activities", "skiing"}, ""},
     };
     for (const auto& c : cases) {
         auto r = runCli(c.args);
         EXPECT_EQ(r.status, kUsage) << ::testing::PrintToString(c.args);
         EXPECT_NE(r.err.find("roamwise-cli: " + c.error), std::string::npos) << r.err;
+        EXPECT_TRUE(r.out.empty()) << r.out;
     }
 
+    EXPECT_EQ(runCli({"deals", "--help"}).status, kOk);
     auto version = runCli({"--version"});
     EXPECT_EQ(version.status, kOk);
     EXPECT_EQ(version.out, "roamwise-cli " ROAMWISE_VERSION "\n");

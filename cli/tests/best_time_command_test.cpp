@@ -30,36 +30,20 @@ TEST(BestTimeCommand, JoinsShippedClimateWithTheCalendarsMonths) {
     EXPECT_EQ(out["credit"], tripkit::Climate::shipped().source.credit());
     const auto& picks = out["picks"];
     ASSERT_EQ(picks.size(), 12u);
-    // Each month's cheapest trip: January's 450, not the 500 earlier that
-    // month; months without a fare have no price. Best first, three starred.
+    // How months are scored is the best-time tests' business; each month
+    // carries its cheapest fare (January's 450, not the 500 earlier that
+    // month), or none.
     std::map<int, tripkit::json::Json> prices;
-    for (std::size_t i = 0; i < picks.size(); ++i) {
-        prices[picks[i]["index"].get<int>()] = picks[i]["price"];
-        EXPECT_EQ(picks[i]["starred"].get<bool>(), i < 3) << i;
-        if (i > 0) {
-            EXPECT_LE(picks[i]["score"].get<double>(), picks[i - 1]["score"].get<double>());
-        }
-    }
+    for (const auto& pick : picks) prices[pick["index"].get<int>()] = pick["price"];
     EXPECT_EQ(prices[1], 450);
-    EXPECT_EQ(prices[5], 700);
-    EXPECT_EQ(prices[8], 950);
     EXPECT_TRUE(prices[2].is_null());
-    EXPECT_GT(picks[0]["comfort"].get<double>(), 0);
+    EXPECT_EQ(picks[0]["starred"], true);
 
     auto table =
         runCli({"best-time", "LIS", "--data", dir.str(), "--home", "JFK", "--today", "2026-11-20"});
     ASSERT_EQ(table.status, kOk) << table.err;
     EXPECT_NE(table.out.find("Best time to go to Lisbon (LIS)\n"), std::string::npos) << table.out;
     EXPECT_NE(table.out.find("km away), normals 1991–2020\n"), std::string::npos) << table.out;
-}
-
-TEST(BestTimeCommand, UnknownDestinationIsAUsageError) {
-    TempDir dir;
-    dir.write("calendars/JFK.json", R"({"origin":"JFK","updated":"2026-11-20","routes":{}})");
-    auto r = runCli({"best-time", "QQQ", "--data", dir.str(), "--home", "JFK", "--json"});
-    EXPECT_EQ(r.status, kUsage);
-    EXPECT_NE(r.err.find("no destination with the code \"QQQ\""), std::string::npos) << r.err;
-    EXPECT_TRUE(r.out.empty());
 }
 
 }  // namespace

@@ -46,4 +46,34 @@ void TempDir::write(const std::string& relative, const std::string& text) const 
     std::ofstream(file, std::ios::binary) << text;
 }
 
+std::string contents(const std::filesystem::path& path) {
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream bytes;
+    bytes << in.rdbuf();
+    return bytes.str();
+}
+
+std::string parkSearch(const std::string& extra, bool avoidHolidays) {
+    return R"({"origin": "JFK", "party": {"adults": 2, "childAges": []}, "nights": 2,
+        "parkDays": 1, "resorts": {"cheapest": {"tiers": ["value", "primeValue"]}},
+        "parkHopper": false, "lightningLane": {"none": {}}, "transport": "rideshare",
+        "food": {"perAdult": 50, "perChild": 0},
+        "window": {"earliest": "2027-01-11", "latest": "2027-01-13", "months": [],
+                   "checkInWeekdays": [], "only": [], "avoid": [], "avoidHolidays": )" +
+           std::string(avoidHolidays ? "true" : "false") + R"(},
+        "fares": {"onlyAirlines": [], "avoidAirlines": [], "nonstopOnly": false})" +
+           extra + "}";
+}
+
+void writeParkData(const TempDir& dir) {
+    const std::string parks = std::string(TRIPKIT_TEST_DATA) + "/parks/";
+    dir.write("disney-guide.json", contents(parks + "disney-guide.json"));
+    dir.write("universal-guide.json", contents(parks + "universal-guide.json"));
+    dir.write("flights/JFK.json", R"({"origin": "JFK", "updated": "2026-11-23",
+        "toOrlando": {"2027-01-11": [{"airline": "B6", "price": 89, "stops": 0}]},
+        "fromOrlando": {"2027-01-13": [{"airline": "B6", "price": 79, "stops": 0}]},
+        "deals": []})");
+    dir.write("search.json", parkSearch());
+}
+
 }  // namespace roamwise::cli::testing

@@ -31,4 +31,17 @@ struct TempDir {
     std::filesystem::path path;
 };
 
+// A file's bytes ("" when it cannot be read).
+std::string contents(const std::filesystem::path& path);
+
+// Two adults, two nights, one park day at the cheapest value or prime-value
+// hotel, a rideshare and $50 a day of food each, checking in 11 to 13
+// January 2027. In the test Disney guide each stay is $225 hotel with its
+// 12.5% tax + $200 tickets + $100 rideshare + $300 food = $825.
+std::string parkSearch(const std::string& extra = "", bool avoidHolidays = false);
+
+// The test park guides, parkSearch() as search.json, and JFK's fares out on
+// 11 January 2027 ($89) and back on the 13th ($79).
+void writeParkData(const TempDir& dir);
+
 }  // namespace roamwise::cli::testing

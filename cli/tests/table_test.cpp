@@ -3,7 +3,6 @@
 #include <sys/wait.h>
 
 #include <cstdlib>
-#include <fstream>
 #include <sstream>
 
 #include <gtest/gtest.h>
@@ -30,7 +29,9 @@ TEST(Table, AlignsByDisplayWidthAndEscapesCells) {
     table.columns = {{"City"}, {"Price", Table::Align::right, 6, 2}, {"Note"}};
     table.add({"Lisbon", "$365", "ok"});
     table.add({"東京", "$1,020", ""}, "a note\x1b[2J");
-    table.add({"Cancu\xCC\x81n", "$219", "\xE2\x80\xAE" "evil"});
+    table.add({"Cancu\xCC\x81n", "$219",
+               "\xE2\x80\xAE"
+               "evil"});
     table.add({"\xF0\x9F\x87\xB5\xF0\x9F\x87\xB9 Porto", "$9"});
     table.add({"Bad\x1b[31m"});
     std::ostringstream out;
@@ -41,15 +42,16 @@ TEST(Table, AlignsByDisplayWidthAndEscapesCells) {
     const auto lines = linesOf(out.str());
     ASSERT_EQ(lines.size(), 7u) << out.str();
     EXPECT_EQ(lines[0], "City          Price Note");  // the escaped last row sets the width
-    EXPECT_EQ(lines[1], "Lisbon         $365 ok");  // right-aligned, no trailing spaces
+    EXPECT_EQ(lines[1], "Lisbon         $365 ok");    // right-aligned, no trailing spaces
     EXPECT_EQ(lines[3], "      a note\\x1b[2J");
     EXPECT_EQ(lines[4], "Cancu\xCC\x81n         $219 \\u{202e}evil");
     EXPECT_EQ(lines[6], "Bad\\x1b[31m");
     // Every row's price ends in the same terminal column.
     for (std::size_t i : {0u, 1u, 2u, 4u, 5u}) {
         const std::string& line = lines[i];
-        const std::size_t end = line.find('$') == std::string::npos ? line.find("Price") + 5
-                                                                     : line.find(' ', line.find('$'));
+        const std::size_t end = line.find('$') == std::string::npos
+                                    ? line.find("Price") + 5
+                                    : line.find(' ', line.find('$'));
         EXPECT_EQ(tripkit::DisplayText::width(line.substr(0, end)), 19u) << line;
     }
 }
@@ -62,13 +64,15 @@ TEST(Table, CommandsEscapeDataAndFailOnAFullDisk) {
               R"({"destination":"LIS","city":"Lisbon\u001b[2J\u202e","country":"Portugal",)"
               R"("price":365,"depart":"2026-12-01","airline":"TP","stops":0,)"
               R"("link":"https://evil.example/search?marker=1"}]})");
-    auto r = runCli({"deals", "--data", dir.str(), "--home", "JFK", "--today", "2026-11-20", "--links"});
+    auto r =
+        runCli({"deals", "--data", dir.str(), "--home", "JFK", "--today", "2026-11-20", "--links"});
     ASSERT_EQ(r.status, kOk) << r.err;
     EXPECT_EQ(r.out.find('\x1b'), std::string::npos);
     EXPECT_NE(r.out.find("Lisbon\\x1b[2J\\u{202e} "), std::string::npos) << r.out;
     // Another host's link is not used; the partner's own search is.
     EXPECT_EQ(r.out.find("evil.example"), std::string::npos) << r.out;
-    EXPECT_NE(r.out.find("https://www.aviasales.com/search/JFK0112LIS1"), std::string::npos) << r.out;
+    EXPECT_NE(r.out.find("https://www.aviasales.com/search/JFK0112LIS1"), std::string::npos)
+        << r.out;
 
     // Files that are not regular files are refused at once, naming the path.
     std::filesystem::create_directories(dir.path / "flights/EWR.json");
@@ -86,11 +90,11 @@ TEST(Table, CommandsEscapeDataAndFailOnAFullDisk) {
     EXPECT_EQ(r.err.find('\x1b'), std::string::npos);
 
     const std::string err = (dir.path / "err.txt").string();
-    const int status = std::system((std::string(ROAMWISE_CLI) + " holidays 2027 >/dev/full 2>" + err).c_str());
+    const int status =
+        std::system((std::string(ROAMWISE_CLI) + " holidays 2027 >/dev/full 2>" + err).c_str());
     ASSERT_TRUE(WIFEXITED(status));
     EXPECT_EQ(WEXITSTATUS(status), kNoData);
-    std::ifstream in(err);
-    const std::string message((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    const std::string message = testing::contents(err);
     EXPECT_NE(message.find("could not write the output"), std::string::npos) << message;
 }
 
