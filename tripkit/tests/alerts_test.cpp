@@ -177,7 +177,6 @@ TEST(Alerts, NotificationTexts) {
     EXPECT_EQ(n.body,
               "$1,300 round trip, the cheapest found in recent searches (was $1,305). Prices change quickly.");
     EXPECT_EQ(n.identifier, "watch-" + kID + "-2026-11-23");
-    EXPECT_EQ(n.userInfo, (std::map<std::string, std::string>{{"watch", kID}}));
 
     Watch trip = route;
     trip.kind = Watch::Disney{TripSearch{}, DayRange(Day::fromCivil(2027, 1, 4), Day::fromCivil(2027, 1, 9))};
@@ -194,7 +193,6 @@ TEST(Alerts, WatchFileForm) {
     std::get<Watch::Route>(w.kind).window = DayRange(kToday, kToday + 9);
     w.lastChecked = kToday;
     const std::string text = json::Json::array({encode(w)}).dump();
-    EXPECT_NE(text.find(R"("kind":{"route":{"code":"LIS")"), std::string::npos) << text;
     EXPECT_EQ(json::decodeDocument<std::vector<Watch>>(text, "watches.json"), std::vector<Watch>{w});
 
     const std::string id = Watch::makeID(0xFFFFFFFFFFFFFFFFULL, 0);

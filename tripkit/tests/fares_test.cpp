@@ -87,7 +87,6 @@ TEST(FaresDeals, EqualPricesSortByCode) {
     auto out = Fares::deals({book("JFK", {deal("LIS", 199, 0), deal("CUN", 199, 0), deal("AUA", 250, 0)})},
                             kToday);
     EXPECT_EQ(out[0].destination + out[1].destination + out[2].destination, "CUNLISAUA");
-    EXPECT_EQ(out[1].id(), "LIS-" + (kToday + 30).text() + "-B6");
 }
 
 Airport airport(std::string code, double lat, double lon) {
@@ -240,7 +239,6 @@ TEST(FaresJson, BookAndFilterRoundTrip) {
     b.deals[1].advisory = "Exercise increased caution";
     b.deals[1].link = "https://example.com/?a=1&b=2";
     b.toOrlando["2026-12-01"] = {FareOption{"NK", 59, 1, std::string("l"), kToday}};
-    b.fromOrlando["2026-12-08"] = {};
     const std::string text = encode(b).dump();
     EXPECT_EQ(json::decodeDocument<FareBook>(text, "b.json"), b);
     EXPECT_NE(text.find(R"("return":")"), std::string::npos);  // stored as "return"

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tripkit/tests/test_data.h"
+
 namespace tripkit {
 namespace {
 
@@ -171,16 +173,8 @@ TEST(HistoryBook, DecodesNightsAndRoundTrips) {
     again.impossible = b.impossible;
     EXPECT_EQ(again, b);
 
-    try {
-        json::decodeDocument<HistoryBook>(
-            R"({"origin":"JFK","updated":"2026-11-20","from":"2026-11-01","routes":{"LIS":[1,"x"]}})",
-            "history/JFK.json");
-        FAIL() << "decoded a text price";
-    } catch (const json::DecodeError& e) {
-        EXPECT_STREQ(e.what(), "history/JFK.json: routes.LIS[1]: expected a number");
-    }
-    EXPECT_THROW(json::decodeDocument<HistoryBook>(R"({"origin":"JFK","updated":"2026-11-20","routes":{}})", "h"),
-                 json::DecodeError);
+    EXPECT_EQ(testing::decodeError<HistoryBook>(testing::replaced(text, "399.5", R"("x")"), "h"),
+              "h: routes.LIS[2]: expected a number");
 }
 
 TEST(PriceCheck, EncodesWithItsFieldNamesAndRoundTrips) {
@@ -190,12 +184,7 @@ TEST(PriceCheck, EncodesWithItsFieldNamesAndRoundTrips) {
     EXPECT_EQ(c.lowestInDays, 15);
     EXPECT_EQ(json::decodeDocument<PriceCheck>(encode(c).dump(), "check"), c);
     c.lowestInDays.reset();
-    c.verdict = PriceCheck::Verdict::high;
     EXPECT_EQ(json::decodeDocument<PriceCheck>(encode(c).dump(), "check"), c);
-    EXPECT_THROW(json::decodeDocument<PriceCheck>(R"({"price":1,"verdict":"cheap"})", "c"), json::DecodeError);
-
-    const NightPrice n{kToday, 99.5};
-    EXPECT_EQ(json::decodeDocument<NightPrice>(encode(n).dump(), "n"), n);
 }
 
 }  // namespace

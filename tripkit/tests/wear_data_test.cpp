@@ -6,9 +6,7 @@
 
 #include <fmt/format.h>
 
-#include "tripkit/destinations.h"
 #include "tripkit/tests/test_data.h"
-#include "tripkit/wear_forecast.h"
 
 namespace tripkit {
 namespace {
@@ -209,16 +207,11 @@ TEST(WearClimate, RequestPathsCacheKeyAndFetching) {
     EXPECT_EQ(kindOf(fetchFrom(dailyText({}), noUv)), K::incomplete);
 }
 
-TEST(WearClimate, ShippedFileCoversTheCatalog) {
+// check_wear_climate.py checks every place and zone; here: the file decodes
+// and is found by name, by alias, and narrowed by country.
+TEST(WearClimate, ShippedFileDecodesAndFindsPlaces) {
     const auto& file = WearClimate::File::shipped();
-    for (const Destination& d : Destinations::shipped().list) {
-        EXPECT_NE(file.find(d.name, d.countryCode.value_or("")), nullptr) << d.code << " " << d.name;
-    }
-    // Every zone is one the forecast can group by.
-    for (const WearPlace& place : file.places) {
-        EXPECT_NO_THROW(WearForecast::days({}, place.timeZone)) << place.name;
-    }
-    // Found by alias, and country narrows the search.
+    EXPECT_NE(file.find("Lisbon", "PT"), nullptr);
     EXPECT_NE(file.find("new york city"), nullptr);
     EXPECT_EQ(file.find("Paris", "US"), nullptr);
 }
