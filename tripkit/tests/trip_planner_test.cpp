@@ -32,15 +32,9 @@ const Airport kOrlando{"MCO", "Orlando", "FL", "", 28.43, -81.31};
 // rate $100 a night, tickets at level 0: $100 each) every stay costs
 // $225 hotel with tax + $200 tickets + $100 + $300 = $825.
 TripSearch simpleSearch() {
-    TripSearch s;
+    TripSearch s =
+        testing::parkSearch({Tier::value, Tier::moderate, Tier::primeValue, Tier::signature});
     s.origin = "HOM";
-    s.party = Party{2, {}};
-    s.nights = 2;
-    s.parkDays = 1;
-    s.resorts.kind = ResortChoice::Kind::cheapest;
-    s.resorts.tiers = {Tier::value, Tier::moderate, Tier::primeValue, Tier::signature};
-    s.transport = TransportChoice::rideshare;
-    s.food = FoodBudget{50, 0};
     return s;
 }
 
@@ -53,18 +47,9 @@ PlanInputs inputs(const FareBook* book) {
     return in;
 }
 
-FareOption fare(double price) {
-    return FareOption{"B6", price, 0, std::nullopt, std::nullopt};
-}
-
 FareBook bookWith(const std::vector<std::pair<Day, double>>& out,
                   const std::vector<std::pair<Day, double>>& back) {
-    FareBook b;
-    b.origin = "HOM";
-    b.updated = kToday.text();
-    for (const auto& [day, price] : out) b.toOrlando[day.text()] = {fare(price)};
-    for (const auto& [day, price] : back) b.fromOrlando[day.text()] = {fare(price)};
-    return b;
+    return testing::fareBook(out, back, kToday);
 }
 
 const TripQuote* tripOn(const TripSearchResult& r, Day checkIn) {
@@ -122,7 +107,6 @@ TEST(TripPlanner, HandComputedTripsOnChosenDays) {
         EXPECT_EQ(t->inbound.price, c.back) << c.checkIn;
         EXPECT_EQ(t->outbound.spread, c.outSpread) << c.checkIn;
         EXPECT_EQ(t->inbound.spread, c.backSpread) << c.checkIn;
-        EXPECT_EQ(t->flights, (c.out + c.back) * 2) << c.checkIn;
         EXPECT_EQ(t->flightsSpread, (c.outSpread + c.backSpread) * 2) << c.checkIn;
         EXPECT_EQ(t->hotel, c.hotel) << c.checkIn;
         EXPECT_EQ(t->tickets, c.tickets) << c.checkIn;
@@ -190,10 +174,6 @@ TEST(TripPlanner, DateWindowRulesAtTheirEdges) {
         // The 13th leaves on the 15th; the 19th arrives after the weekend.
         {"busy stays skipped", [&](DateWindow& w) { tenTo20(w); w.avoidHolidays = true; },
          {jan(10), jan(11), jan(12), jan(13), jan(19), jan(20)}},
-        // The 19th checks out on the 21st; the 20th would check out after it.
-        {"only these dates: whole stays",
-         [&](DateWindow& w) { tenTo20(w); w.only = {DayRange(d(2026, 12, 1), jan(21))}; },
-         {jan(10), jan(11), jan(12), jan(13), jan(14), jan(15), jan(16), jan(17), jan(18), jan(19)}},
         // The last nights priced are 29 and 30 April: the 29th is the last check-in.
         {"to the end of the prices", [](DateWindow& w) { w.earliest = d(2027, 4, 27); },
          {d(2027, 4, 27), d(2027, 4, 28), d(2027, 4, 29)}},

@@ -145,8 +145,6 @@ TEST(WearClimate, RealResponses) {
     const auto hourly = json::decodeDocument<WearClimate::Daily>(
         realData("nasa-power/hourly-point-brazil-2026.json"), "hourly.json");
     ASSERT_EQ(hourly.geometry.coordinates.size(), 3u);
-    EXPECT_EQ(hourly.geometry.coordinates[2], 655.46);
-    EXPECT_EQ(hourly.properties.parameter.at("T2M").size(), 2928u);
     EXPECT_EQ(hourly.properties.parameter.at("T2M").at("2026040100"), 18.74);
     EXPECT_NEAR(WearClimate::elevationOffset(hourly, 655.46 - 1000), 6.5, 1e-9);
     EXPECT_THROW(WearClimate::reduce(hourly, {}, std::nullopt), WearClimate::Failure);
