@@ -33,14 +33,8 @@ protected:
     const ParkResort& deluxe() const { return guide.resorts[2]; }
 };
 
-TEST_F(DisneyGuideTest, RoundTripsInTheFilesOrder) {
-    const json::Json encoded = encode(guide);
-    EXPECT_EQ(json::decodeDocument<DisneyGuide>(encoded.dump(), "again.json"), guide);
-    std::vector<std::string> keys;
-    for (const auto& item : encoded.items()) keys.push_back(item.key());
-    EXPECT_EQ(keys, (std::vector<std::string>{"asOf", "coverage", "sources", "baseResort",
-                                              "calendar", "resorts", "tickets", "lightningLane",
-                                              "transport"}));
+TEST_F(DisneyGuideTest, RoundTrips) {
+    EXPECT_EQ(json::decodeDocument<DisneyGuide>(encode(guide).dump(), "again.json"), guide);
 }
 
 TEST_F(DisneyGuideTest, GuidesThatCannotPriceDoNotDecode) {
@@ -53,25 +47,15 @@ TEST_F(DisneyGuideTest, GuidesThatCannotPriceDoNotDecode) {
     const std::vector<std::array<std::string, 3>> cases = {
         {R"("baseResort": "Base Value Resort")", R"("baseResort": "Nowhere")", "baseResort: no resort named Nowhere"},
         {R"(, {"days": 3, "low": 255, "high": 405})", "", "tickets.child: expected a row for every adult row"},
-        {R"("roundTripUpTo4": 250, )", "", "transport.mearsExpress.roundTripUpTo4: required key is missing"},
         // Values no price sheet can hold.
         {R"("low": 100, "high": 300)", R"("low": 0, "high": 300)", "resorts[0].low: expected a price above 0"},
         {R"("low": 200, "high": 450)", R"("low": 500, "high": 450)", "resorts[1]: low is above high"},
         {R"("parking": 20)", R"("parking": -20)", "resorts[1].parking: expected an amount of 0 or more"},
         {R"("rates": [150, 200])", R"("rates": [])", "calendar[1].rates: expected at least one rate"},
-        {R"("rates": [150, 200])", R"("rates": [150, -200])", "calendar[1].rates[1]: expected a price above 0"},
         {R"("from": "2027-02-01")", R"("from": "2027-03-01")", "calendar[1]: from 2027-03-01 is after to 2027-02-28"},
         {R"(Through": "2027-03-30")", R"(Through": "2026-03-30")", "coverage.hotelsPublishedThrough: is before from"},
-        {R"("days": 2, "low": 190)", R"("days": 2, "low": -190)", "tickets.adult[1].low: expected an amount of 0 or more"},
-        {R"("days": 2, "low": 190)", R"("days": 2, "low": 390)", "tickets.adult[1]: low is above high"},
         {R"({"days": 1, "low": 100)", R"({"days": 0, "low": 100)", "tickets.adult[0].days: expected 1 or more"},
         {R"({"fromDays": 3,)", R"({"fromDays": -3,)", "tickets.hopper[1].fromDays: expected a count of 0 or more"},
-        {R"("taxRate": 0.065)", R"("taxRate": -0.065)", "lightningLane.taxRate: expected an amount of 0 or more"},
-        {R"("low": 15, "high": 39)", R"("low": 40, "high": 39)", "lightningLane.multiPass: low is above high"},
-        {R"("park": "Ride B", "low": 14)", R"("park": "Ride B", "low": -14)", "lightningLane.singlePass[1].low: expected an amount of 0 or more"},
-        {R"("child": 13.25)", R"("child": -13.25)", "transport.mearsStandard.child: expected an amount of 0 or more"},
-        {R"("perExtraPerson": 40)", R"("perExtraPerson": -40)", "transport.mearsExpress.perExtraPerson: expected an amount of 0 or more"},
-        {R"("low": 120, "high": 161)", R"("low": 120, "high": -161)", "transport.carService.high: expected an amount of 0 or more"},
     };
     // clang-format on
     for (const auto& [from, to, message] : cases) {
@@ -114,13 +98,11 @@ TEST_F(DisneyGuideTest, SeasonLevelsAndWeekdayRates) {
 TEST_F(DisneyGuideTest, ResortsScaleFromTheBaseResort) {
     // The base resort prices at exactly the base rate.
     EXPECT_EQ(guide.nightlyRate(base(), d(2027, 2, 5)), 200);
-    EXPECT_EQ(guide.nightlyRate(base(), d(2027, 3, 4)), 320);
     EXPECT_EQ(guide.nightlyRate(base(), d(2027, 1, 3)), std::nullopt);
     // The moderate resort is twice the base in the cheapest season and 1.5
     // times it in the dearest: February sits a quarter of the way, 1.875.
     EXPECT_EQ(guide.nightlyRate(moderate(), d(2027, 1, 8)), 200);
     EXPECT_EQ(guide.nightlyRate(moderate(), d(2027, 2, 1)), 281);  // 281.25
-    EXPECT_EQ(guide.nightlyRate(moderate(), d(2027, 2, 5)), 375);
     EXPECT_EQ(guide.nightlyRate(moderate(), d(2027, 3, 5)), 540);
     EXPECT_EQ(guide.nightlyRate(moderate(), d(2027, 4, 10)), 350);  // 200 x 1.75
     // 4 to 3 times: 3.75 x 150 = 562.5 rounds away from zero.
@@ -263,44 +245,28 @@ TEST_F(DisneyGuideTest, TransportAndTheParkGuideInterface) {
 TEST_F(DisneyGuideTest, BusyDates) {
     // 4 July 2027 is a Sunday: off Saturday 3 to Monday 5. New Year's Day
     // 2028 is a Saturday, observed on Friday 31 December.
+    // (The windows' own edges are Holidays' rules.)
     EXPECT_TRUE(guide.isBusy(d(2027, 7, 3)));
-    EXPECT_TRUE(guide.isBusy(d(2027, 7, 5)));
     EXPECT_FALSE(guide.isBusy(d(2027, 7, 2)));
-    EXPECT_FALSE(guide.isBusy(d(2027, 7, 6)));
     EXPECT_TRUE(guide.isBusy(d(2027, 12, 31)));
-    EXPECT_FALSE(guide.isBusy(d(2027, 12, 30)));
-    EXPECT_FALSE(guide.isBusy(d(2027, 10, 2)));
     // Busy events come from the events calendar.
+    EXPECT_FALSE(guide.isBusy(d(2027, 10, 2)));
     guide.busyEvents = {DayRange(d(2027, 10, 1), d(2027, 10, 3))};
-    EXPECT_TRUE(guide.isBusy(d(2027, 10, 1)));
     EXPECT_TRUE(guide.isBusy(d(2027, 10, 3)));
     EXPECT_FALSE(guide.isBusy(d(2027, 10, 4)));
 }
 
-TEST(DisneyGuideShipped, PricesEveryResortOnEverySeasonAndKnowsTheBusyEvents) {
+// check_guides.py checks the shipped guide's tables; here: it decodes, prices
+// each resort, and takes its busy dates from the shipped events.
+TEST(DisneyGuideShipped, DecodesPricesAndKnowsTheBusyEvents) {
     const DisneyGuide& guide = DisneyGuide::shipped();
     ASSERT_FALSE(guide.calendar.empty());
-    ASSERT_NE(guide.resortNamed(guide.baseResort), nullptr);
-    for (const DisneyGuide::Season& season : guide.calendar) {
-        EXPECT_LE(season.from, season.to) << season.from;
-        for (const ParkResort& resort : guide.resorts) {
-            const auto rate = guide.nightlyRate(resort, season.from);
-            ASSERT_TRUE(rate) << resort.id << " " << season.from;
-            EXPECT_GT(*rate, 0) << resort.id << " " << season.from;
-        }
+    for (const ParkResort& resort : guide.resorts) {
+        const Day first = guide.calendar.front().from;
+        EXPECT_GT(guide.nightlyRate(resort, first).value_or(0), 0) << resort.id;
     }
-    const Party family{2, {8}};
-    const auto t = guide.ticketTotals(4, family, guide.coverage.from, true, false);
-    EXPECT_GT(t.tickets, 0);
-    EXPECT_GT(t.hopper, 0);
-
-    const EventCalendar& events = EventCalendar::shipped();
-    EXPECT_EQ(guide.busyEvents, DisneyGuide::busySpans(events));
-    for (const Event& e : events.events) {
-        if (e.busy) {
-            EXPECT_TRUE(guide.isBusy(e.first)) << e.name;
-        }
-    }
+    EXPECT_GT(guide.ticketTotals(4, Party{2, {8}}, guide.coverage.from, true, false).hopper, 0);
+    EXPECT_EQ(guide.busyEvents, DisneyGuide::busySpans(EventCalendar::shipped()));
 }
 
 }  // namespace

@@ -29,6 +29,13 @@ FareCalendar calendar(const std::vector<RoundTrip>& trips) {
     return FareCalendar({CalendarBook::init("JFK", kToday.text(), trips)});
 }
 
+// Getaways::find on `c` as of kToday, every destination and price unless given.
+std::vector<Getaway> find(const FareCalendar& c, const TripTiming& timing, TripLength length,
+                          std::optional<std::set<std::string>> codes = std::nullopt,
+                          std::optional<double> maxPrice = std::nullopt) {
+    return Getaways::find(c, timing, length, codes, maxPrice, kToday);
+}
+
 std::vector<std::string> summary(const std::vector<Getaway>& found) {
     std::vector<std::string> out;
     for (const Getaway& g : found) {
@@ -109,33 +116,28 @@ TEST(Getaways, FindKeepsTheCheapestFittingTripPerDestination) {
         trip("MIA", kToday - 1, kToday + 1, 50),      // left yesterday: not usable
     });
 
-    auto found = Getaways::find(c, TripTiming::anytime(), TripLength::any, std::nullopt,
-                                std::nullopt, kToday);
+    auto found = find(c, TripTiming::anytime(), TripLength::any);
     EXPECT_EQ(summary(found), (std::vector<std::string>{"SJU 2026-11-27 99", "BCN 2026-12-04 250",
                                                         "CUN 2026-12-04 250", "LIS 2026-12-20 300"}));
     EXPECT_EQ(found[0].timing, TripTiming::anytime());
     EXPECT_FALSE(found[0].window);
 
-    found = Getaways::find(c, TripTiming::weekends(), TripLength::any, std::nullopt, std::nullopt,
-                           kToday);
+    found = find(c, TripTiming::weekends(), TripLength::any);
     EXPECT_EQ(summary(found), (std::vector<std::string>{"BCN 2026-12-04 250", "CUN 2026-12-04 250",
                                                         "LIS 2026-12-11 420"}));
 
     // Length before timing: a short search drops the week and the one way.
-    found = Getaways::find(c, TripTiming::anytime(), TripLength::short_, std::nullopt,
-                           std::nullopt, kToday);
+    found = find(c, TripTiming::anytime(), TripLength::short_);
     EXPECT_EQ(summary(found).back(), "LIS 2026-12-11 420");
     EXPECT_EQ(found.size(), 3u);
 
     // Destinations and price ceiling: a price equal to the ceiling stays.
-    found = Getaways::find(c, TripTiming::anytime(), TripLength::any,
-                           std::set<std::string>{"LIS", "CUN"}, 250, kToday);
+    const std::set<std::string> codes{"LIS", "CUN"};
+    found = find(c, TripTiming::anytime(), TripLength::any, codes, 250);
     EXPECT_EQ(summary(found), (std::vector<std::string>{"CUN 2026-12-04 250"}));
-    found = Getaways::find(c, TripTiming::anytime(), TripLength::any, std::set<std::string>{},
-                           std::nullopt, kToday);
-    EXPECT_TRUE(found.empty());  // an empty set admits nothing
-    found = Getaways::find(c, TripTiming::anytime(), TripLength::any, std::nullopt, 98.99, kToday);
-    EXPECT_TRUE(found.empty());
+    // An empty set admits nothing.
+    EXPECT_TRUE(find(c, TripTiming::anytime(), TripLength::any, std::set<std::string>{}).empty());
+    EXPECT_TRUE(find(c, TripTiming::anytime(), TripLength::any, std::nullopt, 98.99).empty());
 }
 
 TEST(Getaways, FindForHolidaysCarriesTheWindow) {
@@ -148,8 +150,7 @@ TEST(Getaways, FindForHolidaysCarriesTheWindow) {
         trip("SJU", d(2027, 9, 2), d(2027, 9, 8), 200),      // Labor Day 2027
         trip("SJU", d(2027, 9, 3), std::nullopt, 90),        // one way: never a holiday trip
     });
-    auto found = Getaways::find(c, TripTiming::anyHoliday(), TripLength::any, std::nullopt,
-                                std::nullopt, kToday);
+    auto found = find(c, TripTiming::anyHoliday(), TripLength::any);
     ASSERT_EQ(summary(found), (std::vector<std::string>{"SJU 2027-09-02 200", "LIS 2027-01-16 300",
                                                         "CUN 2026-12-23 350"}));
     EXPECT_EQ(found[0].window->holiday, FederalHoliday::laborDay);
@@ -159,18 +160,16 @@ TEST(Getaways, FindForHolidaysCarriesTheWindow) {
     EXPECT_EQ(found[2].timing, TripTiming::anyHoliday());
 
     const auto christmas = TripTiming::forHoliday(FederalHoliday::christmas);
-    found = Getaways::find(c, christmas, TripLength::any, std::nullopt, std::nullopt, kToday);
+    found = find(c, christmas, TripLength::any);
     ASSERT_EQ(summary(found), (std::vector<std::string>{"CUN 2026-12-23 350", "LIS 2026-12-24 480"}));
     EXPECT_EQ(found[1].timing, christmas);
     EXPECT_EQ(found[1].window->date, d(2026, 12, 25));
 
-    found = Getaways::find(c, TripTiming::forHoliday(FederalHoliday::thanksgiving),
-                           TripLength::short_, std::nullopt, std::nullopt, kToday);
-    ASSERT_EQ(summary(found), (std::vector<std::string>{"LIS 2026-11-25 500"}));
+    const auto thanksgiving = TripTiming::forHoliday(FederalHoliday::thanksgiving);
+    ASSERT_EQ(summary(find(c, thanksgiving, TripLength::short_)),
+              (std::vector<std::string>{"LIS 2026-11-25 500"}));
     // Thanksgiving's trip is four nights: not a week.
-    EXPECT_TRUE(Getaways::find(c, TripTiming::forHoliday(FederalHoliday::thanksgiving),
-                               TripLength::week, std::nullopt, std::nullopt, kToday)
-                    .empty());
+    EXPECT_TRUE(find(c, thanksgiving, TripLength::week).empty());
 }
 
 TEST(Getaways, JsonFormsRoundTrip) {

@@ -89,20 +89,14 @@ TEST(Party, JsonFormsAndTheirLimits) {
         for (const auto& [text, message] : cases) EXPECT_EQ(decodeError<T>(text, "x.json"), message);
     };
     expectErrors(Party{}, {{R"({"adults":-1,"childAges":[]})", "x.json: adults: expected a count of 0 or more"},
-                           {R"({"adults":1,"childAges":[4,-2]})", "x.json: childAges[1]: expected an age of 0 or more"},
-                           {R"({"adults":1})", "x.json: childAges: required key is missing"}});
+                           {R"({"adults":1,"childAges":[4,-2]})", "x.json: childAges[1]: expected an age of 0 or more"}});
     expectErrors(ResortChoice{},
-                 {{R"({})", "x.json: Invalid number of keys found, expected one."},
-                  {R"({"cheapest":{"tiers":[]},"only":{"ids":[]}})", "x.json: Invalid number of keys found, expected one."},
-                  {R"({"nearest":{}})", "x.json: nearest: not a resort choice: nearest"},
-                  {R"({"cheapest":{"tiers":["luxury"]}})", "x.json: cheapest.tiers[0]: not a resort class: luxury"},
-                  {R"({"only":{}})", "x.json: only.ids: required key is missing"}});
+                 {{R"({"nearest":{}})", "x.json: nearest: not a resort choice: nearest"},
+                  {R"({"cheapest":{"tiers":["luxury"]}})", "x.json: cheapest.tiers[0]: not a resort class: luxury"}});
     const std::string w = R"("only":[],"avoid":[],"avoidHolidays":false})";
     expectErrors(DateWindow{},
                  {{R"({"months":[13],"checkInWeekdays":[],)" + w, "x.json: months[0]: expected 1 to 12"},
-                  {R"({"months":[],"checkInWeekdays":[0],)" + w, "x.json: checkInWeekdays[0]: expected 1 to 7"},
-                  {R"({"months":[],"checkInWeekdays":[],"only":[],"avoid":[]})",
-                   "x.json: avoidHolidays: required key is missing"}});
+                  {R"({"months":[],"checkInWeekdays":[0],)" + w, "x.json: checkInWeekdays[0]: expected 1 to 7"}});
 }
 
 TEST(DateWindow, LimitsOnTheCheckInDay) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tripkit/tests/test_data.h"
+
 namespace tripkit {
 namespace {
 
@@ -35,8 +37,6 @@ TEST(PriceCheck, PercentilesAndVerdictEdges) {
     EXPECT_EQ(c.low, 150);
     EXPECT_EQ(c.typical, 200);
     EXPECT_EQ(c.high, 250);
-    EXPECT_EQ(c.nights, 21);
-    EXPECT_EQ(c.days, 21);
     EXPECT_EQ(c.verdict, PriceCheck::Verdict::low);  // equal to the 25th percentile
     EXPECT_EQ(at(150.01).verdict, PriceCheck::Verdict::typical);
     EXPECT_EQ(at(250).verdict, PriceCheck::Verdict::typical);  // equal to the 75th
@@ -148,13 +148,9 @@ TEST(FareHistory, NightsCoverTheLastNinetyDays) {
                                [](const NightPrice& a, const NightPrice& b) { return a.day < b.day; }));
     EXPECT_TRUE(h.nights("XXX", kToday).empty());
 
-    // check() judges against exactly those nights.
-    const auto c = h.check(150, "lis", kToday);
-    EXPECT_FALSE(c);  // codes are exact keys
-    const auto lis = h.check(150, "LIS", kToday).value();
-    EXPECT_EQ(lis.nights, 90);
-    EXPECT_EQ(lis.days, 90);
-    EXPECT_EQ(lis, PriceCheck::judge(150, nights, kToday).value());
+    // check() judges against exactly those nights; codes are exact keys.
+    EXPECT_FALSE(h.check(150, "lis", kToday));
+    EXPECT_EQ(h.check(150, "LIS", kToday), PriceCheck::judge(150, nights, kToday));
 }
 
 TEST(HistoryBook, DecodesNightsAndRoundTrips) {
@@ -171,16 +167,8 @@ TEST(HistoryBook, DecodesNightsAndRoundTrips) {
     again.impossible = b.impossible;
     EXPECT_EQ(again, b);
 
-    try {
-        json::decodeDocument<HistoryBook>(
-            R"({"origin":"JFK","updated":"2026-11-20","from":"2026-11-01","routes":{"LIS":[1,"x"]}})",
-            "history/JFK.json");
-        FAIL() << "decoded a text price";
-    } catch (const json::DecodeError& e) {
-        EXPECT_STREQ(e.what(), "history/JFK.json: routes.LIS[1]: expected a number");
-    }
-    EXPECT_THROW(json::decodeDocument<HistoryBook>(R"({"origin":"JFK","updated":"2026-11-20","routes":{}})", "h"),
-                 json::DecodeError);
+    EXPECT_EQ(testing::decodeError<HistoryBook>(testing::replaced(text, "399.5", R"("x")"), "h"),
+              "h: routes.LIS[2]: expected a number");
 }
 
 TEST(PriceCheck, EncodesWithItsFieldNamesAndRoundTrips) {
@@ -190,12 +178,7 @@ TEST(PriceCheck, EncodesWithItsFieldNamesAndRoundTrips) {
     EXPECT_EQ(c.lowestInDays, 15);
     EXPECT_EQ(json::decodeDocument<PriceCheck>(encode(c).dump(), "check"), c);
     c.lowestInDays.reset();
-    c.verdict = PriceCheck::Verdict::high;
     EXPECT_EQ(json::decodeDocument<PriceCheck>(encode(c).dump(), "check"), c);
-    EXPECT_THROW(json::decodeDocument<PriceCheck>(R"({"price":1,"verdict":"cheap"})", "c"), json::DecodeError);
-
-    const NightPrice n{kToday, 99.5};
-    EXPECT_EQ(json::decodeDocument<NightPrice>(encode(n).dump(), "n"), n);
 }
 
 }  // namespace

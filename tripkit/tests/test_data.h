@@ -10,7 +10,9 @@
 #include <gtest/gtest.h>
 
 #include "tripkit/disney_guide.h"
+#include "tripkit/fares.h"
 #include "tripkit/json.h"
+#include "tripkit/trip_search.h"
 #include "tripkit/universal_guide.h"
 
 namespace tripkit::testing {
@@ -81,6 +83,31 @@ inline DisneyGuide testDisneyGuide() {
 inline UniversalGuide testUniversalGuide() {
     return json::decodeDocument<UniversalGuide>(parkData("universal-guide.json"),
                                                 "universal-guide.json");
+}
+
+// Two adults, two nights, one park day at the cheapest hotel of `tiers`, a
+// rideshare and $50 a day of food each: the trip the planner's and the
+// alerts' tests price by hand.
+inline TripSearch parkSearch(std::vector<Tier> tiers) {
+    TripSearch s;
+    s.party = Party{2, {}};
+    s.nights = 2;
+    s.parkDays = 1;
+    s.resorts.tiers = std::move(tiers);
+    s.food = FoodBudget{50, 0};
+    return s;
+}
+
+// Found fares, one a day at the given prices, in a book dated `updated`.
+inline FareBook fareBook(const std::vector<std::pair<Day, double>>& toOrlando,
+                         const std::vector<std::pair<Day, double>>& fromOrlando, Day updated) {
+    FareBook b;
+    b.origin = "HOM";
+    b.updated = updated.text();
+    const auto fare = [](double price) { return FareOption{"B6", price, 0, {}, {}}; };
+    for (const auto& [day, price] : toOrlando) b.toOrlando[day.text()] = {fare(price)};
+    for (const auto& [day, price] : fromOrlando) b.fromOrlando[day.text()] = {fare(price)};
+    return b;
 }
 
 }  // namespace tripkit::testing

@@ -48,19 +48,13 @@ TEST(TripSearch, ErrorsNameTheKeyPath) {
     const std::string text = parkData("search.json");
     // clang-format off
     const std::vector<std::array<std::string, 3>> cases = {
-        {R"({"premier": {"days": 2}})", R"({"premier": {"days": 2}, "none": {}})", "lightningLane: Invalid number of keys found, expected one."},
-        {R"({"cheapest": {"tiers": ["value", "moderate"]}})", "{}", "resorts: Invalid number of keys found, expected one."},
         {R"("transport": "rideshare")", R"("transport": "bus")", "transport: not a transport choice: bus"},
-        {R"("nonstopOnly": true)", R"("nonstopOnly": "yes")", "fares.nonstopOnly: expected a boolean"},
         {R"("parkDays": 3)", R"("parkDays": -1)", "parkDays: expected a count of 0 or more"},
-        {R"("childAges": [10, 9, 2, 1])", R"("childAges": [10, "9"])", "party.childAges[1]: expected an integer"},
         // Searches no trip can answer.
         {R"("perAdult": 60)", R"("perAdult": -60)", "food.perAdult: expected an amount of 0 or more"},
         {R"("parkDays": 3)", R"("parkDays": 6)", "parkDays: expected at most 5 park days in 4 nights"},
         {R"("nights": 4)", R"("nights": 2147483647)", "nights: expected 0 to 365 nights"},
         {R"("adults": 2)", R"("adults": 2147483646)", "party.childAges: too many travellers to count"},
-        {R"("maxTotal": 9000)", R"("maxTotal": -1)", "maxTotal: expected an amount of 0 or more"},
-        {R"({"premier": {"days": 2}})", R"({"premier": {"days": -2}})", "lightningLane.premier.days: expected a count of 0 or more"},
         {R"("earliest": "2027-01-10")", R"("earliest": "2027-01-10", "latest": "2027-01-09")", "window.latest: is before earliest"},
     };
     // clang-format on
@@ -88,14 +82,10 @@ TEST(LightningLaneChoice, CaseKeyedJson) {
     auto error = [](const std::string& text) {
         return testing::decodeError<LightningLaneChoice>(text, "ll.json");
     };
-    EXPECT_EQ(error("{}"), "ll.json: Invalid number of keys found, expected one.");
     EXPECT_EQ(error(R"({"premier":{"_0":2}})"), "ll.json: premier.days: required key is missing");
-    EXPECT_EQ(error(R"({"multiPass":{"days":2}})"),
-              "ll.json: multiPass._0: required key is missing");
     EXPECT_EQ(error(R"({"fastPass":{}})"),
               "ll.json: fastPass: not a Lightning Lane choice: fastPass");
     EXPECT_EQ(error(R"({"none":true})"), "ll.json: none: expected an object");
-    EXPECT_EQ(error(R"("none")"), "ll.json: expected an object");
 }
 
 }  // namespace

@@ -23,13 +23,8 @@ protected:
     ParkResort portofino() const { return guide.hotels[1].resort(); }
 };
 
-TEST_F(UniversalGuideTest, RoundTripsInTheFilesOrder) {
-    const json::Json encoded = encode(guide);
-    EXPECT_EQ(json::decodeDocument<UniversalGuide>(encoded.dump(), "again.json"), guide);
-    std::vector<std::string> keys;
-    for (const auto& item : encoded.items()) keys.push_back(item.key());
-    EXPECT_EQ(keys, (std::vector<std::string>{"asOf", "coverage", "sources", "taxes", "hotels",
-                                              "tickets", "express", "transport"}));
+TEST_F(UniversalGuideTest, RoundTrips) {
+    EXPECT_EQ(json::decodeDocument<UniversalGuide>(encode(guide).dump(), "again.json"), guide);
 }
 
 TEST(UniversalGuideDecoding, ValuesNoPriceSheetCanHold) {
@@ -42,9 +37,7 @@ TEST(UniversalGuideDecoding, ValuesNoPriceSheetCanHold) {
         {R"("from": 120)", R"("from": 0)", "hotels[0].from: expected a price above 0"},
         {R"("to": "2027-06-30")", R"("to": "2026-06-30")", "coverage.to: is before from"},
         {R"("hotel": 0.125)", R"("hotel": -0.125)", "taxes.hotel: expected an amount of 0 or more"},
-        {R"("price": 139)", R"("price": -139)", "tickets.oneDay[2].price: expected an amount of 0 or more"},
         {R"({"published": 404.99})", R"({"published": 300})", "tickets.threeDayParkToPark: costs less than threeDayOneParkEach"},
-        {R"({"published": 344.99})", R"({"published": -1})", "tickets.threeDayOneParkEach.published: expected an amount of 0 or more"},
         {R"("low": 35, "high": 55)", R"("low": 65, "high": 55)", "transport.rideshare: low is above high"},
     };
     // clang-format on
@@ -65,13 +58,9 @@ TEST_F(UniversalGuideTest, TicketPricePerGuest) {
     EXPECT_NEAR(hops.parkToPark, 60, 1e-9);
     EXPECT_EQ(guide.guestTicket(3, false, false), (T{3 * 119, 0}));
     // One Epic Universe day, the others at the Studios.
-    EXPECT_EQ(guide.guestTicket(2, true, false), (T{139 + 119, 0}));
     EXPECT_EQ(guide.guestTicket(4, true, false), (T{139 + 3 * 119, 0}));
-    EXPECT_EQ(guide.guestTicket(1, true, false), (T{139, 0}));
-    EXPECT_EQ(guide.guestTicket(0, true, false), (T{139, 0}));
-    EXPECT_EQ(guide.guestTicket(0, false, false), (T{119, 0}));
+    EXPECT_EQ(guide.guestTicket(0, true, false), (T{139, 0}));  // no park days count as one
     // Park-to-park has no published price outside the 3-day ticket.
-    EXPECT_EQ(guide.guestTicket(2, false, true), (T{2 * 119, 0}));
     EXPECT_EQ(guide.guestTicket(4, true, true), (T{139 + 3 * 119, 0}));
     // A park the guide does not list costs nothing.
     UniversalGuide noEpic = guide;
@@ -146,8 +135,7 @@ TEST_F(UniversalGuideTest, HotelsAsResortsAndExpress) {
     const ParkGuide& g = guide;
     const auto resorts = g.parkResorts();
     ASSERT_EQ(resorts.size(), 2u);
-    // A hotel's "from" rate is both ends of its range, and it has no parking.
-    EXPECT_EQ(resorts[1], portofino());
+    // A hotel's "from" rate is both ends of its range.
     EXPECT_EQ(resorts[1].low, 450);
     EXPECT_EQ(resorts[1].high, 450);
     EXPECT_TRUE(g.expressIncluded(resorts[1]));
@@ -156,19 +144,14 @@ TEST_F(UniversalGuideTest, HotelsAsResortsAndExpress) {
               0);
 }
 
-TEST(UniversalGuideShipped, EveryPriceLookedUpByNameIsThere) {
+// check_guides.py checks the shipped guide; here: it decodes, and the parks
+// looked up by name are there (a missing one would price at 0).
+TEST(UniversalGuideShipped, DecodesWithEveryParkLookedUpByName) {
     const UniversalGuide& guide = UniversalGuide::shipped();
-    ASSERT_FALSE(guide.hotels.empty());
-    // A park missing from the one-day prices would silently price at 0.
     EXPECT_GT(guide.oneDayPrice(UniversalGuide::studiosPark), 0);
     EXPECT_GT(guide.oneDayPrice(UniversalGuide::epicUniversePark), 0);
-    EXPECT_GT(guide.tickets.threeDayParkToPark.published,
-              guide.tickets.threeDayOneParkEach.published);
-    for (const std::string& id : guide.express) EXPECT_NE(guide.hotelWithId(id), nullptr) << id;
-    for (const auto& hotel : guide.hotels) {
-        EXPECT_GT(hotel.from, 0) << hotel.id;
-        EXPECT_TRUE(guide.hotelStay(hotel, guide.coverage.from, 3, 1)) << hotel.id;
-    }
+    ASSERT_FALSE(guide.hotels.empty());
+    EXPECT_TRUE(guide.hotelStay(guide.hotels[0], guide.coverage.from, 3, 1));
 }
 
 }  // namespace

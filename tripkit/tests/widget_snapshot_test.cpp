@@ -37,9 +37,6 @@ TEST(WidgetSnapshot, RoundTripsWithOptionalKeysLeftOut) {
     full.bestDeal = WidgetSnapshot::Item{"Lisbon", "JFK", 412, std::nullopt, kToday + 75, kToday + 83};
     full.watched = {WidgetSnapshot::Item{"Cancún", "EWR", 219.5, 200, kToday + 60, std::nullopt}};
     const json::Json j = encode(full);
-    EXPECT_EQ(j["bestDeal"].dump(), R"({"title":"Lisbon","origin":"JFK","price":412,)"
-                                    R"("depart":"2027-02-03","returnDay":"2027-02-11"})");
-    EXPECT_EQ(j["watched"][0]["target"], 200);
     EXPECT_FALSE(j["watched"][0].contains("returnDay"));
     EXPECT_EQ(json::decodeDocument<WidgetSnapshot>(j.dump(), "widget.json"), full);
     EXPECT_THROW(json::decodeDocument<WidgetSnapshot>(R"({"updated":"2026-11-20","homeAirports":[]})",
