@@ -19,7 +19,7 @@ M = [
  ("args: range in words lost", "cli/arguments.cpp", 'return fmt::format("{} must be at least {}", name, range.min);', 'return fmt::format("{} must be between {} and {}", name, range.min, range.max);'),
  ("args: no command suggestion", "cli/arguments.cpp", 'message += "; did you mean \'" + path + *near + "\'?";', ''),
  ("escape: C0 controls written raw", "tripkit/display_text.cpp", 'if (cp < 0x20 || cp == 0x7F) {', 'if (cp == 0x7F) {'),
- ("escape: bidi overrides written raw", "tripkit/display_text.cpp", 'isBidiControl(cp)) {', 'false) {'),
+ ("escape: bidi overrides written raw", "tripkit/display_text.cpp", 'isBidiControl(cp)) {', '(isBidiControl(cp) && false)) {'),
  ("width: clusters counted by code point", "tripkit/display_text.cpp", 'cluster = std::max(cluster, utf8proc_charwidth(cp));', 'cluster += 1;'),
  ("fares: zero price kept", "tripkit/fares.cpp", 'return std::isfinite(price) && price > 0;', 'return std::isfinite(price) && price >= 0;'),
  ("fares: return before departure kept", "tripkit/fares.cpp", '(!d.returnDay || *d.returnDay >= d.depart)', 'true'),
@@ -29,7 +29,7 @@ M = [
  ("freshness: stale after 4 days", "tripkit/freshness.h", 'static constexpr int freshDays = 3;', 'static constexpr int freshDays = 4;'),
  ("advisories: impossible level not counted", "tripkit/advisories.cpp", '++out.impossible;  // a level was there', '(void)0;  // a level was there'),
  ("links: http accepted", "tripkit/links.cpp", 'constexpr std::string_view scheme = "https://";', 'constexpr std::string_view scheme = "http://";'),
- ("links: any character accepted", "tripkit/links.cpp", 'return byte <= 0x20 || byte >= 0x7F || refused.find(c) != std::string_view::npos;', 'return false;'),
+ ("links: any character accepted", "tripkit/links.cpp", 'return byte <= 0x20 || byte >= 0x7F || refused.find(c) != std::string_view::npos;', '(void)byte; (void)refused; return false;'),
  # readAmount has had no caller since the field lists (1bb8832): the live check is FoodBudget's own.
  ("food budget: negative accepted", "tripkit/party.cpp", 'json::field("perAdult", &FoodBudget::perAdult, json::amount)', 'json::field("perAdult", &FoodBudget::perAdult)'),
  ("disney: nights past coverage not estimated", "tripkit/disney_guide.cpp", 't.nightEstimated[i] = (season && season->estimated) || day < guide.coverage.from ||\n                              day > guide.coverage.hotelsPublishedThrough;', 't.nightEstimated[i] = (season && season->estimated) || day < guide.coverage.from;'),
