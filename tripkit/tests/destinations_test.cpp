@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <map>
 
 #include "tripkit/tests/test_data.h"
 #include "tripkit/text_search.h"
@@ -70,8 +71,17 @@ TEST(DestinationCatalog, ShippedDecodesWithWhatTheScreensKeyOn) {
     ASSERT_NE(catalog.find("MCO"), nullptr);
     EXPECT_TRUE(catalog.find("MCO")->hasCategory("theme parks"));
     // The advisories service keys countries by its own codes, not ISO ones.
-    ASSERT_NE(catalog.find("MAD"), nullptr);
-    EXPECT_EQ(catalog.find("MAD")->advisory, "SP");
+    // Spot checks where the two differ; Liberia (Costa Rica) is not the country
+    // Liberia; Guadeloupe and French Polynesia have advisories of their own.
+    const std::map<std::string, std::string> serviceCode = {
+        {"MAD", "SP"}, {"NRT", "JA"}, {"ICN", "KS"}, {"DUB", "EI"}, {"VIE", "AU"},
+        {"SYD", "AS"}, {"LIR", "CS"}, {"PUJ", "DR"}, {"PTP", "GP"}, {"PPT", "FP"},
+    };
+    for (const auto& [code, advisory] : serviceCode) {
+        const Destination* d = catalog.find(code);
+        ASSERT_NE(d, nullptr) << code;
+        EXPECT_EQ(d->advisory, advisory) << code;
+    }
 }
 
 }  // namespace
