@@ -50,6 +50,9 @@ TEST(CalendarCommand, TheHomeAirportsByDayAndByMonth) {
                              "       1  JFK    4d *\n"),
               std::string::npos)
         << table.out;
+    // A one-way fare keeps its day and says so.
+    EXPECT_NE(table.out.find("\nThu 2026-12-03  one way              -       $420"),
+              std::string::npos);
 
     auto months = runCli(calendarArgs(dir.str(), {"--months", "--json"})).json();
     ASSERT_EQ(months.size(), 2u);
