@@ -6,8 +6,8 @@
 // variable ROAMWISE_BENCH_INPUT (bench/run_data_path.sh does both).
 #include <benchmark/benchmark.h>
 
-#include <ctime>
 #include <cstdlib>
+#include <ctime>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -41,10 +41,12 @@ std::string readBytes(const std::string& path) {
 
 // One home airport's file of one kind, or "" (and the benchmark skipped) when
 // the input folder is missing.
-std::string inputFile(benchmark::State& state, const std::string& folder, const char* code = "JFK") {
+std::string inputFile(benchmark::State& state, const std::string& folder,
+                      const char* code = "JFK") {
     const std::string dir = inputDir();
     std::string bytes = dir.empty() ? "" : readBytes(dir + "/" + folder + "/" + code + ".json");
-    if (bytes.empty()) state.SkipWithError("set ROAMWISE_BENCH_INPUT to a bench/make_input.py folder");
+    if (bytes.empty())
+        state.SkipWithError("set ROAMWISE_BENCH_INPUT to a bench/make_input.py folder");
     return bytes;
 }
 
@@ -129,9 +131,15 @@ void BM_Decode(benchmark::State& state, const char* folder) {
     state.counters["vs_bare"] = mine / bare;
     state.SetLabel("goal: vs_bare >= 0.8");
 }
-void BM_DecodeCalendar(benchmark::State& state) { BM_Decode<CalendarBook>(state, "calendars"); }
-void BM_DecodeFare(benchmark::State& state) { BM_Decode<FareBook>(state, "flights"); }
-void BM_DecodeHistory(benchmark::State& state) { BM_Decode<HistoryBook>(state, "history"); }
+void BM_DecodeCalendar(benchmark::State& state) {
+    BM_Decode<CalendarBook>(state, "calendars");
+}
+void BM_DecodeFare(benchmark::State& state) {
+    BM_Decode<FareBook>(state, "flights");
+}
+void BM_DecodeHistory(benchmark::State& state) {
+    BM_Decode<HistoryBook>(state, "history");
+}
 BENCHMARK(BM_DecodeCalendar)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_DecodeFare)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_DecodeHistory)->Unit(benchmark::kMillisecond);
@@ -154,7 +162,8 @@ double onDemandWalk(simdjson::ondemand::parser& parser, const std::string& padde
                     if (i == 0) sum += double(v.get_double());
                     if (i == 1) sum += static_cast<double>(std::string_view(v.get_string()).size());
                     if (i == 2) sum += static_cast<double>(int64_t(v.get_int64()));
-                    if (i > 2 && !v.is_null()) sum += static_cast<double>(std::string_view(v.get_string()).size());
+                    if (i > 2 && !v.is_null())
+                        sum += static_cast<double>(std::string_view(v.get_string()).size());
                     ++i;
                 }
             }
@@ -171,8 +180,10 @@ double domWalk(simdjson::dom::parser& parser, const std::string& padded) {
         for (const dom::key_value_pair day : dom::object(route.value)) {
             sum += static_cast<double>(day.key.size());
             for (const dom::element v : dom::array(day.value)) {
-                if (v.is_string()) sum += static_cast<double>(std::string_view(v).size());
-                else if (v.is_number()) sum += double(v);
+                if (v.is_string())
+                    sum += static_cast<double>(std::string_view(v).size());
+                else if (v.is_number())
+                    sum += double(v);
             }
         }
     }
