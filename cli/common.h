@@ -13,10 +13,10 @@
 #include "cli/cli.h"
 #include "tripkit/calendars.h"
 #include "tripkit/days.h"
+#include "tripkit/fares.h"
 #include "tripkit/file_reader.h"
 #include "tripkit/json.h"
 #include "tripkit/links.h"
-#include "tripkit/fares.h"
 #include "tripkit/price_history.h"
 
 namespace roamwise::cli {
@@ -39,8 +39,8 @@ struct Io {
 struct DataOptions {
     std::string dataDir;
     bool sample = false;  // --sample: files made in memory for the day instead of read
-    std::string homes;  // "JFK,EWR"
-    std::string today;  // "YYYY-MM-DD", empty for today
+    std::string homes;    // "JFK,EWR"
+    std::string today;    // "YYYY-MM-DD", empty for today
     bool json = false;
 };
 void addDataOptions(CLI::App& command, DataOptions& options);
@@ -69,7 +69,8 @@ std::vector<HomeFile<T>> loadHomeFiles(const DataOptions& data, const std::strin
                                        const std::vector<std::string>& codes, std::ostream& err);
 // The bytes of one data-host file ("flights/JFK.json"): from --data's folder,
 // or with --sample generated for the day; nothing when there is none.
-std::optional<simdjson::padded_string> readDataFile(const DataOptions& data, const std::string& relative);
+std::optional<simdjson::padded_string> readDataFile(const DataOptions& data,
+                                                    const std::string& relative);
 
 // The home airports' "history/CODE.json" files merged for `today`; nothing
 // (after saying why on `err`) when none could be read.
@@ -107,8 +108,8 @@ void reportSkipped(std::ostream& err, const std::string& code, const std::string
 // when there were none. Fares seen after today count too.
 void reportImpossibleIn(std::ostream& err, const std::string& file, const tripkit::FareBook& book,
                         tripkit::Day today);
-void reportImpossibleIn(std::ostream& err, const std::string& file, const tripkit::HistoryBook& book,
-                        tripkit::Day today);
+void reportImpossibleIn(std::ostream& err, const std::string& file,
+                        const tripkit::HistoryBook& book, tripkit::Day today);
 void reportImpossibleIn(std::ostream& err, const std::string& file,
                         const tripkit::CalendarBook& book, tripkit::Day today);
 void reportImpossible(std::ostream& err, const std::string& file, int count, const char* one,
@@ -129,7 +130,14 @@ void forEachHomeFile(const DataOptions& data, const std::string& folder,
                                           : "no file " + data.dataDir + "/" + relative);
                 continue;
             }
-            T value = tripkit::json::decodePadded<T>(std::move(*bytes), relative);
+            // A large file's pages may be given back as they are read; this
+            // reads it again should the DOM decoder need it.
+            const auto again = [&] {
+                std::optional<simdjson::padded_string> same = readDataFile(data, relative);
+                if (!same) throw std::runtime_error("no file " + data.dataDir + "/" + relative);
+                return std::move(*same);
+            };
+            T value = tripkit::json::decodePadded<T>(std::move(*bytes), relative, again);
             reportImpossibleIn(err, relative, value, resolveToday(data.today));
             visit(code, std::move(value));
         } catch (const std::exception& e) {
@@ -142,8 +150,9 @@ template <class T>
 std::vector<HomeFile<T>> loadHomeFiles(const DataOptions& data, const std::string& folder,
                                        const std::vector<std::string>& codes, std::ostream& err) {
     std::vector<HomeFile<T>> out;
-    forEachHomeFile<T>(data, folder, codes, err,
-                       [&](const std::string& code, T&& value) { out.push_back({code, std::move(value)}); });
+    forEachHomeFile<T>(data, folder, codes, err, [&](const std::string& code, T&& value) {
+        out.push_back({code, std::move(value)});
+    });
     return out;
 }
 

@@ -68,7 +68,7 @@ void addDealsCommand(CLI::App& root, Io& io) {
         }
         std::vector<FareBook> books;
         for (auto& f : files) books.push_back(std::move(f.value));
-        const std::vector<Deal> deals = Fares::deals(books, today);
+        const std::vector<Deal> deals = Fares::deals(std::move(books), today);
         std::optional<PartnerConfig> links;
         if (options->links) links = partnerConfigFromEnvironment();
         if (options->data.json) {

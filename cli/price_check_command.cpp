@@ -38,7 +38,7 @@ std::optional<Deal> todaysDeal(const DataOptions& data, const std::string& to, D
     auto files = loadHomeFiles<FareBook>(data, "flights", parseHomeCodes(data.homes), err);
     std::vector<FareBook> books;
     for (auto& f : files) books.push_back(std::move(f.value));
-    for (const Deal& d : Fares::deals(books, today)) {
+    for (const Deal& d : Fares::deals(std::move(books), today)) {
         if (d.destination == to) return d;
     }
     return std::nullopt;

@@ -6,12 +6,17 @@
 
 #include "tripkit/json_fast.h"
 #include "tripkit/json_fields.h"
+#include "tripkit/json_windows.h"
 
 namespace tripkit {
 
-std::string Deal::id() const { return destination + "-" + depart.text() + "-" + airline; }
+std::string Deal::id() const {
+    return destination + "-" + depart.text() + "-" + airline;
+}
 
-bool Deal::isStale(Day today) const { return Freshness::isStale(seen, today); }
+bool Deal::isStale(Day today) const {
+    return Freshness::isStale(seen, today);
+}
 
 bool FareFilter::allows(const std::string& airline, int stops) const {
     if (!onlyAirlines.empty() && !onlyAirlines.contains(airline)) return false;
@@ -27,21 +32,36 @@ std::optional<FareCalibration::Adjustment> FareCalibration::at(Day day) const {
 
 const std::vector<Airline>& Airline::names() {
     static const std::vector<Airline> table = {
-        {"AA", "American"},        {"AC", "Air Canada"},
-        {"AS", "Alaska"},          {"WS", "WestJet"},
-        {"B6", "JetBlue"},         {"BA", "British Airways"},
-        {"DL", "Delta"},           {"VS", "Virgin Atlantic"},
-        {"F9", "Frontier"},        {"LH", "Lufthansa"},
-        {"G4", "Allegiant"},       {"AF", "Air France"},
-        {"HA", "Hawaiian"},        {"KL", "KLM"},
-        {"MX", "Breeze"},          {"IB", "Iberia"},
-        {"NK", "Spirit"},          {"EI", "Aer Lingus"},
-        {"SY", "Sun Country"},     {"FI", "Icelandair"},
-        {"UA", "United"},          {"TP", "TAP Air Portugal"},
-        {"WN", "Southwest"},       {"JL", "Japan Airlines"},
-        {"XP", "Avelo"},           {"NH", "ANA"},
-        {"AM", "Aeroméxico"},      {"CM", "Copa"},
-        {"QF", "Qantas"},          {"NZ", "Air New Zealand"},
+        {"AA", "American"},
+        {"AC", "Air Canada"},
+        {"AS", "Alaska"},
+        {"WS", "WestJet"},
+        {"B6", "JetBlue"},
+        {"BA", "British Airways"},
+        {"DL", "Delta"},
+        {"VS", "Virgin Atlantic"},
+        {"F9", "Frontier"},
+        {"LH", "Lufthansa"},
+        {"G4", "Allegiant"},
+        {"AF", "Air France"},
+        {"HA", "Hawaiian"},
+        {"KL", "KLM"},
+        {"MX", "Breeze"},
+        {"IB", "Iberia"},
+        {"NK", "Spirit"},
+        {"EI", "Aer Lingus"},
+        {"SY", "Sun Country"},
+        {"FI", "Icelandair"},
+        {"UA", "United"},
+        {"TP", "TAP Air Portugal"},
+        {"WN", "Southwest"},
+        {"JL", "Japan Airlines"},
+        {"XP", "Avelo"},
+        {"NH", "ANA"},
+        {"AM", "Aeroméxico"},
+        {"CM", "Copa"},
+        {"QF", "Qantas"},
+        {"NZ", "Air New Zealand"},
         {"SQ", "Singapore Airlines"},
     };
     return table;
@@ -54,46 +74,80 @@ std::optional<std::string> Airline::nameFor(const std::string& code) {
     return std::nullopt;
 }
 
-std::string Airline::display(const std::string& code) { return nameFor(code).value_or(code); }
+std::string Airline::display(const std::string& code) {
+    return nameFor(code).value_or(code);
+}
 
-std::vector<Deal> Fares::deals(const std::vector<FareBook>& books, Day today) {
-    struct Entry {
-        Deal deal;
-        bool fresh;
-    };
-    std::vector<Entry> chosen;
-    std::unordered_map<std::string, std::size_t> byDestination;
+namespace {
 
-    for (const FareBook& book : books) {
-        const std::optional<Day> updated = book.updatedDay();
-        for (const Deal& original : book.deals) {
-            Deal deal = original;
-            if (!deal.origin) deal.origin = book.origin;
-            const std::optional<Day> observed = deal.seen ? deal.seen : updated;
-            if (Freshness::isTooOld(observed, today) || (observed && *observed > today)) continue;
-            deal.seen = observed;
-            if (deal.depart < today || deal.depart - today > Freshness::horizonDays) continue;
-            const bool fresh = !Freshness::isStale(observed, today);
-
-            auto [it, inserted] = byDestination.try_emplace(deal.destination, chosen.size());
-            if (inserted) {
-                chosen.push_back({std::move(deal), fresh});
-                continue;
-            }
-            Entry& entry = chosen[it->second];
-            const bool replace = entry.fresh != fresh ? fresh : deal.price < entry.deal.price;
-            if (replace) entry = {std::move(deal), fresh};
+// The merge, done in one vector: the books' deals side by side (copied, or
+// moved out of books given up), then each kept deal written over a slot at
+// or before its own, so that a large book is never held twice.
+template <class Books>
+std::vector<Deal> mergeDeals(Books& books, Day today) {
+    constexpr bool take = !std::is_const_v<Books>;
+    std::vector<std::size_t> ends;  // where each book's deals end in `all`
+    std::size_t total = 0;
+    for (const FareBook& book : books) ends.push_back(total += book.deals.size());
+    std::vector<Deal> all;
+    if constexpr (take) {
+        if (!books.empty()) all = std::move(books.front().deals);
+    }
+    all.reserve(total);
+    for (std::size_t b = take ? 1 : 0; b < books.size(); ++b) {
+        auto& deals = books[b].deals;
+        if constexpr (take) {
+            all.insert(all.end(), std::make_move_iterator(deals.begin()),
+                       std::make_move_iterator(deals.end()));
+            deals = {};
+        } else {
+            all.insert(all.end(), deals.begin(), deals.end());
         }
     }
 
-    std::vector<Deal> out;
-    out.reserve(chosen.size());
-    for (Entry& e : chosen) out.push_back(std::move(e.deal));
-    std::sort(out.begin(), out.end(), [](const Deal& a, const Deal& b) {
+    std::vector<bool> fresh;  // of each kept deal
+    std::unordered_map<std::string, std::size_t> byDestination;
+    std::size_t kept = 0;
+    std::size_t read = 0;
+    for (std::size_t b = 0; b < books.size(); ++b) {
+        const std::optional<Day> updated = books[b].updatedDay();
+        for (; read < ends[b]; ++read) {
+            Deal& deal = all[read];
+            const std::optional<Day> observed = deal.seen ? deal.seen : updated;
+            if (Freshness::isTooOld(observed, today) || (observed && *observed > today)) continue;
+            if (deal.depart < today || deal.depart - today > Freshness::horizonDays) continue;
+            const bool isFresh = !Freshness::isStale(observed, today);
+            if (!deal.origin) deal.origin = books[b].origin;
+            deal.seen = observed;
+
+            auto [it, inserted] = byDestination.try_emplace(deal.destination, kept);
+            const std::size_t at = it->second;
+            if (inserted) {
+                if (kept != read) all[kept] = std::move(deal);
+                fresh.push_back(isFresh);
+                ++kept;
+            } else if (fresh[at] != isFresh ? isFresh : deal.price < all[at].price) {
+                all[at] = std::move(deal);
+                fresh[at] = isFresh;
+            }
+        }
+    }
+    all.erase(all.begin() + static_cast<std::ptrdiff_t>(kept), all.end());
+    std::sort(all.begin(), all.end(), [](const Deal& a, const Deal& b) {
         if (a.price != b.price) return a.price < b.price;
         return a.destination < b.destination;
     });
-    return out;
+    return all;
+}
+
+}  // namespace
+
+std::vector<Deal> Fares::deals(const std::vector<FareBook>& books, Day today) {
+    return mergeDeals(books, today);
+}
+
+std::vector<Deal> Fares::deals(std::vector<FareBook>&& books, Day today) {
+    return mergeDeals(books, today);
 }
 
 double Fares::typicalOneWay(const Airport& from, const Airport& orlando, double demand) {
@@ -144,7 +198,9 @@ FareQuote Fares::quote(const FareBook& book, const QuoteRequest& request) {
     return quoteFrom(&book, request);
 }
 
-FareQuote Fares::quote(const QuoteRequest& request) { return quoteFrom(nullptr, request); }
+FareQuote Fares::quote(const QuoteRequest& request) {
+    return quoteFrom(nullptr, request);
+}
 
 int Fares::seenAfter(const FareBook& book, Day today) {
     const std::optional<Day> updated = book.updatedDay();
@@ -213,9 +269,13 @@ TRIPKIT_JSON_CODEC(FareOption)
 TRIPKIT_JSON_CODEC(Deal)
 
 namespace {
-bool isPossiblePrice(double price) { return std::isfinite(price) && price > 0; }
+bool isPossiblePrice(double price) {
+    return std::isfinite(price) && price > 0;
+}
 
-bool isPossible(const FareOption& o) { return isPossiblePrice(o.price) && o.stops >= 0; }
+bool isPossible(const FareOption& o) {
+    return isPossiblePrice(o.price) && o.stops >= 0;
+}
 
 bool isPossible(const Deal& d) {
     return isPossiblePrice(d.price) && d.stops >= 0 && (!d.returnDay || *d.returnDay >= d.depart);
@@ -286,15 +346,19 @@ bool readDayFaresFast(ondemand::value value, FareBook::DayFares& out, int& impos
         ondemand::field day;
         std::string_view text;
         ondemand::array options;
+        std::size_t count = 0;
         if (std::move(dayResult).get(day) != simdjson::SUCCESS ||
             day.unescaped_key().get(text) != simdjson::SUCCESS ||
-            day.value().get_array().get(options) != simdjson::SUCCESS) {
+            day.value().get_array().get(options) != simdjson::SUCCESS ||
+            options.count_elements().get(count) != simdjson::SUCCESS) {
             return false;
         }
         std::vector<FareOption>& kept = out[std::string(text)];
+        kept.reserve(kept.size() + count);
         for (auto element : options) {
             ondemand::value v;
-            if (element.get(v) != simdjson::SUCCESS || !readPossible(v, kept, impossible)) return false;
+            if (element.get(v) != simdjson::SUCCESS || !readPossible(v, kept, impossible))
+                return false;
         }
     }
     return true;
@@ -302,12 +366,7 @@ bool readDayFaresFast(ondemand::value value, FareBook::DayFares& out, int& impos
 
 bool readDealsFast(ondemand::value value, std::vector<Deal>& out, int& impossible) {
     ondemand::array deals;
-    std::size_t count = 0;
-    if (value.get_array().get(deals) != simdjson::SUCCESS ||
-        deals.count_elements().get(count) != simdjson::SUCCESS) {
-        return false;
-    }
-    out.reserve(count);  // a large file's deals are not held twice while the vector grows
+    if (value.get_array().get(deals) != simdjson::SUCCESS) return false;
     for (auto element : deals) {
         ondemand::value v;
         if (element.get(v) != simdjson::SUCCESS || !readPossible(v, out, impossible)) return false;
@@ -315,38 +374,69 @@ bool readDealsFast(ondemand::value value, std::vector<Deal>& out, int& impossibl
     return true;
 }
 
+bool readText(ondemand::value value, std::string& out) {
+    ondemand::array one;
+    if (value.get_array().get(one) != simdjson::SUCCESS) return false;
+    std::size_t n = 0;
+    for (auto element : one) {
+        ondemand::value v;
+        if (n++ > 0 || element.get(v) != simdjson::SUCCESS || !json::fast::read(v, out))
+            return false;
+    }
+    return n == 1;
+}
+
 }  // namespace
 
 // The nightly job writes the five keys in this order and nothing else; any
-// other document is left to the DOM decoder (see json::ReadsFast).
-std::optional<FareBook> FareBook::readFast(const char* data, std::size_t size) {
-    json::fast::ThreadParser parser;
-    ondemand::document doc;
-    ondemand::object root;
-    if (!json::fast::start(parser.get(), data, size, doc, root)) return std::nullopt;
+// other document is left to the DOM decoder (see json::ReadsFast). The Orlando
+// fares and the deals are read a window at a time, so that a large file's
+// index is never held whole.
+std::optional<FareBook> FareBook::readFast(const char* data, std::size_t size,
+                                           std::size_t windowBytes, bool giveBack) {
+    namespace fast = json::fast;
+    const std::optional<fast::Children> root = fast::childrenOf({data, size});
     static constexpr std::string_view kKeys[] = {"origin", "updated", "toOrlando", "fromOrlando",
                                                  "deals"};
+    if (!root || root->open != '{' || root->items.size() != std::size(kKeys) ||
+        !fast::isBlank(root->rest)) {
+        return std::nullopt;
+    }
     FareBook out;
-    std::size_t next = 0;
-    for (auto result : root) {
-        ondemand::field field;
-        std::string_view key;
-        if (next == std::size(kKeys) || std::move(result).get(field) != simdjson::SUCCESS ||
-            field.unescaped_key().get(key) != simdjson::SUCCESS || key != kKeys[next]) {
-            return std::nullopt;
+    fast::GiveBack pages{giveBack ? data : nullptr};
+    for (std::size_t i = 0; i < std::size(kKeys); ++i) {
+        const std::optional<std::string_view> value = fast::memberValue(root->items[i], kKeys[i]);
+        if (!value) return std::nullopt;
+        std::optional<fast::Children> children;
+        if (i < 2) {
+            children = fast::Children{'[', {*value}, {}};  // a window of the one value
+        } else {
+            children = fast::childrenOf(*value);
+            if (!children || children->open != (i == 4 ? '[' : '{') ||
+                !fast::isBlank(children->rest)) {
+                return std::nullopt;
+            }
         }
-        ondemand::value& value = field.value();
-        bool ok = false;
-        switch (next++) {
-            case 0: ok = json::fast::read(value, out.origin); break;
-            case 1: ok = json::fast::read(value, out.updated); break;
-            case 2: ok = readDayFaresFast(value, out.toOrlando, out.impossible); break;
-            case 3: ok = readDayFaresFast(value, out.fromOrlando, out.impossible); break;
-            default: ok = readDealsFast(value, out.deals, out.impossible); break;
-        }
+        if (i == 4) out.deals.reserve(children->items.size());
+        const bool ok = fast::forEachWindow(
+            *children, windowBytes,
+            [&](ondemand::value v) {
+                switch (i) {
+                    case 0:
+                        return readText(v, out.origin);
+                    case 1:
+                        return readText(v, out.updated);
+                    case 2:
+                        return readDayFaresFast(v, out.toOrlando, out.impossible);
+                    case 3:
+                        return readDayFaresFast(v, out.fromOrlando, out.impossible);
+                    default:
+                        return readDealsFast(v, out.deals, out.impossible);
+                }
+            },
+            &pages);
         if (!ok) return std::nullopt;
     }
-    if (next != std::size(kKeys) || !json::fast::atEnd(doc)) return std::nullopt;
     return out;
 }
 

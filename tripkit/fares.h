@@ -11,6 +11,7 @@
 #include "tripkit/days.h"
 #include "tripkit/freshness.h"
 #include "tripkit/json.h"
+#include "tripkit/json_windows.h"
 #include "tripkit/places.h"
 
 namespace tripkit {
@@ -64,8 +65,13 @@ struct FareBook {
     friend bool operator==(const FareBook&, const FareBook&) = default;
 
     // A whole fare file read with simdjson's On-Demand API, or nothing for any
-    // file but a plainly written one (see json::ReadsFast).
-    static std::optional<FareBook> readFast(const char* data, std::size_t size);
+    // file but a plainly written one (see json::ReadsFast). Its large parts
+    // are read a window of at most `windowBytes` at a time; with `giveBack`
+    // the bytes are the caller's own, and the pages read are given back to
+    // the system as it goes (see json::fast::GiveBack).
+    static std::optional<FareBook> readFast(const char* data, std::size_t size,
+                                            std::size_t windowBytes = json::fast::kWindowBytes,
+                                            bool giveBack = false);
 };
 
 // The user's airline and stop preferences.
@@ -131,6 +137,8 @@ struct Fares {
     // The deals of the home airports' books (main airport first), merged:
     // one per destination, fresh beats cheap, ties go to the earlier book.
     static std::vector<Deal> deals(const std::vector<FareBook>& books, Day today);
+    // The same, moving the deals out of books the caller is done with.
+    static std::vector<Deal> deals(std::vector<FareBook>&& books, Day today);
 
     // The cheapest usable fare of the book on the request's day and leg, or
     // a typical-fare estimate when none is left; without a book, always the

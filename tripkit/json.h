@@ -10,6 +10,7 @@
 
 #include <concepts>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -20,8 +21,10 @@
 #include <utility>
 #include <vector>
 
-#include <nlohmann/json.hpp>
 #include <simdjson.h>
+#include <nlohmann/json.hpp>
+
+#include "tripkit/json_windows.h"
 
 namespace tripkit::json {
 
@@ -126,7 +129,9 @@ public:
     }
 
     template <class T>
-    T get(std::string_view key) const { return field(key).as<T>(); }
+    T get(std::string_view key) const {
+        return field(key).as<T>();
+    }
     template <class T>
     std::optional<T> getOptional(std::string_view key) const {
         auto v = find(key);
@@ -230,7 +235,8 @@ template <class T>
 T decodeDocument(std::string_view bytes, std::string source) {
     if constexpr (ReadsFast<T>) {
         const simdjson::padded_string padded(bytes);
-        if (std::optional<T> fast = T::readFast(padded.data(), padded.size())) return std::move(*fast);
+        if (std::optional<T> fast = T::readFast(padded.data(), padded.size()))
+            return std::move(*fast);
     }
     return parse(bytes, std::move(source)).root().template as<T>();
 }
@@ -238,7 +244,8 @@ template <class T>
 T decodeDocument(const std::string& bytes, std::string source) {
     if constexpr (ReadsFast<T>) {
         if (bytes.capacity() - bytes.size() >= simdjson::SIMDJSON_PADDING) {
-            if (std::optional<T> fast = T::readFast(bytes.data(), bytes.size())) return std::move(*fast);
+            if (std::optional<T> fast = T::readFast(bytes.data(), bytes.size()))
+                return std::move(*fast);
         } else {
             return decodeDocument<T>(std::string_view(bytes), std::move(source));
         }
@@ -250,16 +257,41 @@ T decodeDocument(const char* text, std::string source) {
     return decodeDocument<T>(std::string_view(text), std::move(source));
 }
 
-// Takes the bytes and frees them once parsed, so that a large file is not
-// held twice while it is decoded.
+// A fast reader that can give back the pages of its input as it reads them
+// (see fast::GiveBack), asked to for files above `giveBackBytes`.
 template <class T>
-T decodePadded(simdjson::padded_string bytes, std::string source) {
-    if constexpr (ReadsFast<T>) {
-        if (std::optional<T> fast = T::readFast(bytes.data(), bytes.size())) return std::move(*fast);
+concept GivesBackInput = requires(const char* data, std::size_t size) {
+    { T::readFast(data, size, fast::kWindowBytes, true) } -> std::same_as<std::optional<T>>;
+};
+inline constexpr std::size_t giveBackBytes = 8 * 1024 * 1024;  // above any real feed file
+
+// Takes the bytes and frees them once parsed, so that a large file is not
+// held twice while it is decoded. With `again`, which reads the same bytes
+// anew, a large file's pages may be given back as they are read; they are
+// read again only if the fast reader leaves the file to the DOM decoder.
+template <class T>
+T decodePadded(simdjson::padded_string bytes, std::string source,
+               const std::function<simdjson::padded_string()>& again = {}) {
+    const auto tree = [&] {
+        Document doc = parsePadded(bytes, std::move(source));
+        bytes = simdjson::padded_string();
+        return doc.root().template as<T>();
+    };
+    if constexpr (GivesBackInput<T>) {
+        if (again && bytes.size() > giveBackBytes) {
+            if (std::optional<T> fast =
+                    T::readFast(bytes.data(), bytes.size(), fast::kWindowBytes, true)) {
+                return std::move(*fast);
+            }
+            bytes = again();
+            return tree();
+        }
     }
-    Document doc = parsePadded(bytes, std::move(source));
-    bytes = simdjson::padded_string();
-    return doc.root().template as<T>();
+    if constexpr (ReadsFast<T>) {
+        if (std::optional<T> fast = T::readFast(bytes.data(), bytes.size()))
+            return std::move(*fast);
+    }
+    return tree();
 }
 
 // Writing helpers.
@@ -268,11 +300,21 @@ T decodePadded(simdjson::padded_string bytes, std::string source) {
 // 199.0 when it is whole.
 Json number(double value);
 
-inline Json encode(const std::string& s) { return s; }
-inline Json encode(double d) { return number(d); }
-inline Json encode(int i) { return i; }
-inline Json encode(std::int64_t i) { return i; }
-inline Json encode(bool b) { return b; }
+inline Json encode(const std::string& s) {
+    return s;
+}
+inline Json encode(double d) {
+    return number(d);
+}
+inline Json encode(int i) {
+    return i;
+}
+inline Json encode(std::int64_t i) {
+    return i;
+}
+inline Json encode(bool b) {
+    return b;
+}
 
 template <class T>
 Json array(const std::vector<T>& items) {
