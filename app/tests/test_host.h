@@ -45,7 +45,6 @@ public:
 
     // "https://127.0.0.1:PORT/"
     std::string url() const;
-    int port() const { return m_port; }
 
     // What arrived: the path, the whole target with its query, and the
     // headers the weather services care about.
