@@ -76,8 +76,8 @@ void serveNight(TestHost& host, Day day) {
     options.airports = {"JFK"};
     host.clear();
     for (const auto& [path, bytes] : feedgen::generate(options))
-        host.set("/roamwise-data/" + path, {200, bytes, {}});
-    host.set("/api/TravelAdvisories", {200, feedgen::advisoriesFile(options), {}});
+        host.set("/roamwise-data/" + path, {200, bytes});
+    host.set("/api/TravelAdvisories", {200, feedgen::advisoriesFile(options)});
 }
 
 struct ModelTest : ::testing::Test {
@@ -317,7 +317,7 @@ TEST_F(ModelTest, WearGuideOffTheMainThreadFallsBackToShippedMonthsAndKeepsOnlyT
     EXPECT_EQ(wear->forecast, ForecastWeather::Origin::skipped);  // weeks away
     EXPECT_EQ(wear->guide.days.size(), 5u);
     // Both asks went through the injected loader to the local host, none elsewhere.
-    EXPECT_EQ(host.requests().size(), 2u);
+    EXPECT_EQ(host.seen().size(), 2u);
 }
 
 }  // namespace

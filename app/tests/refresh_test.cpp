@@ -26,7 +26,7 @@ feedgen::Files nightFiles(Day day) {
 }
 
 void serve(TestHost& host, const feedgen::Files& files) {
-    for (const auto& [path, bytes] : files) host.set("/roamwise-data/" + path, {200, bytes, {}});
+    for (const auto& [path, bytes] : files) host.set("/roamwise-data/" + path, {200, bytes});
 }
 
 std::string cached(const Cache& cache, const std::string& name) {
@@ -76,8 +76,8 @@ TEST_F(RefreshTest, SecondHostServesWhenTheFirstFailsAndOnlyDecodedBytesAreCache
     const feedgen::Files files = nightFiles(kToday);
     first.setAll(500);
     serve(second, files);
-    second.set("/api/TravelAdvisories", {200, files.at("advisories.json"), {}});
-    first.set("/api/TravelAdvisories", {200, files.at("advisories.json"), {}});
+    second.set("/api/TravelAdvisories", {200, files.at("advisories.json")});
+    first.set("/api/TravelAdvisories", {200, files.at("advisories.json")});
 
     RefreshInput in = input();
     in.advisoriesURL = second.url() + "api/TravelAdvisories";
@@ -92,7 +92,7 @@ TEST_F(RefreshTest, SecondHostServesWhenTheFirstFailsAndOnlyDecodedBytesAreCache
                  {"fares-JFK.json", "calendar-JFK.json", "history-JFK.json", "advisories.json"});
     EXPECT_EQ(outcome.report.advisories, Load::loaded);
     // The first host was asked for each file before the second.
-    EXPECT_EQ(first.requests().front(), "/roamwise-data/flights/JFK.json");
+    EXPECT_EQ(first.seen().front().path, "/roamwise-data/flights/JFK.json");
 }
 
 TEST_F(RefreshTest, NotFoundEverywhereIsUnavailableAndShowsTheSampleWithTheReason) {
@@ -136,10 +136,10 @@ TEST_F(RefreshTest, TruncatedAndUndecodableBodiesLeaveTheCacheByteForByte) {
     cache.write("history-JFK.json", yesterday.at("history/JFK.json"));
     cache.write("advisories.json", yesterday.at("advisories.json"));
     const std::string& fresh = today.at("flights/JFK.json");
-    first.set("/roamwise-data/flights/JFK.json", {200, fresh.substr(0, fresh.size() / 2), {}});
-    first.set("/roamwise-data/history/JFK.json", {200, "<html>maintenance</html>", {}});
+    first.set("/roamwise-data/flights/JFK.json", {200, fresh.substr(0, fresh.size() / 2)});
+    first.set("/roamwise-data/history/JFK.json", {200, "<html>maintenance</html>"});
     first.set("/roamwise-data/calendars/JFK.json", {200, R"({"origin": 5})", {}});
-    first.set("/api/TravelAdvisories", {200, "[{\"Title\": ", {}});
+    first.set("/api/TravelAdvisories", {200, "[{\"Title\": "});
 
     const RefreshOutcome outcome = runRefresh(input());
     expectCopies(cache, yesterday, {"fares-JFK.json", "history-JFK.json", "advisories.json"});

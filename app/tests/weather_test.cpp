@@ -91,8 +91,8 @@ struct WeatherTest : ::testing::Test {
     }
 
     void serveTypical() {
-        host.set(kDailyPath, {200, dailyText(), {}});
-        host.set(kUvPath, {200, kUvText, {}});
+        host.set(kDailyPath, {200, dailyText()});
+        host.set(kUvPath, {200, kUvText});
     }
 };
 
@@ -151,8 +151,8 @@ TEST_F(WeatherTest, FailedTypicalFetchesFallBackToTheShippedMonthsAndCacheNothin
                                            {"undecodable body", 200, "{\"geometry\": "},
                                            {"a month without data", 200, dailyText(6)}}) {
         host.clear();
-        host.set(kDailyPath, {c.status, c.daily, {}});
-        host.set(kUvPath, {200, kUvText, {}});
+        host.set(kDailyPath, {c.status, c.daily});
+        host.set(kUvPath, {200, kUvText});
         const TypicalWeather out =
             typicalWeather(shipped.lat, shipped.lon, shipped.elevation, input);
         EXPECT_EQ(out.origin, TypicalWeather::Origin::shipped) << c.what;
@@ -173,9 +173,11 @@ TEST_F(WeatherTest, FailedTypicalFetchesFallBackToTheShippedMonthsAndCacheNothin
 TEST_F(WeatherTest, ForecastHonoursExpiresAndLastModified) {
     const std::string body = forecastText(4);
     const std::string lastModified = "Sat, 10 Jan 2026 11:55:00 GMT";
-    host.set(kForecastPath, {200, body, {}});
-    host.setHeaders(kForecastPath, {{"Expires", "Sat, 10 Jan 2026 12:30:00 GMT"},
-                                    {"Last-Modified", lastModified}});
+    host.set(kForecastPath,
+             {200,
+              body,
+              {},
+              {{"Expires", "Sat, 10 Jan 2026 12:30:00 GMT"}, {"Last-Modified", lastModified}}});
 
     const ForecastWeather first = forecastWeather(kLat, kLon, "UTC", input);
     ASSERT_EQ(first.origin, ForecastWeather::Origin::fetched) << first.problem;
@@ -196,8 +198,7 @@ TEST_F(WeatherTest, ForecastHonoursExpiresAndLastModified) {
 
     // After it: asked with If-Modified-Since; a 304 keeps the cached answer
     // and its new Expires holds off the next request.
-    host.set(kForecastPath, {304, "", {}});
-    host.setHeaders(kForecastPath, {{"Expires", "Sat, 10 Jan 2026 14:00:00 GMT"}});
+    host.set(kForecastPath, {304, "", {}, {{"Expires", "Sat, 10 Jan 2026 14:00:00 GMT"}}});
     input.nowSeconds = kNoon + 31 * 60;
     const ForecastWeather third = forecastWeather(kLat, kLon, "UTC", input);
     EXPECT_EQ(third.origin, ForecastWeather::Origin::notModified) << third.problem;
@@ -210,7 +211,6 @@ TEST_F(WeatherTest, ForecastHonoursExpiresAndLastModified) {
 
     // A new answer that does not decode gives no days and leaves the copy as it was.
     host.set(kForecastPath, {200, "{\"properties\": {\"timeseries\": [{\"time\": 5}]}}", {}});
-    host.setHeaders(kForecastPath, {});
     input.nowSeconds = kNoon + 3 * 3600;
     const ForecastWeather broken = forecastWeather(kLat, kLon, "UTC", input);
     EXPECT_EQ(broken.origin, ForecastWeather::Origin::none);
@@ -232,14 +232,14 @@ TEST_F(WeatherTest, FailedOrUnreadableForecastsGiveNoDays) {
                            {"not JSON", 200, "<html>", "UTC"},
                            {"unknown time zone", 200, forecastText(4), "Nowhere/Atlantis"}}) {
         host.clear();
-        host.set(kForecastPath, {c.status, c.body, {}});
+        host.set(kForecastPath, {c.status, c.body});
         const ForecastWeather out = forecastWeather(kLat, kLon, c.timeZone, input);
         EXPECT_EQ(out.origin, ForecastWeather::Origin::none) << c.what;
         EXPECT_TRUE(out.days.empty()) << c.what;
         EXPECT_FALSE(out.problem.empty()) << c.what;
     }
     // Three steps make no forecast day, though the answer is good and kept.
-    host.set(kForecastPath, {200, forecastText(3), {}});
+    host.set(kForecastPath, {200, forecastText(3)});
     const ForecastWeather few = forecastWeather(kLat, kLon, "UTC", input);
     EXPECT_EQ(few.origin, ForecastWeather::Origin::fetched);
     EXPECT_TRUE(few.days.empty());
@@ -247,7 +247,7 @@ TEST_F(WeatherTest, FailedOrUnreadableForecastsGiveNoDays) {
 
 TEST_F(WeatherTest, GuideUsesForecastDaysWithinReachAndCreditsEachSource) {
     serveTypical();
-    host.set(kForecastPath, {200, forecastText(4), {}});
+    host.set(kForecastPath, {200, forecastText(4)});
     WearAsk ask;
     ask.place.name = "Test City";
     ask.place.country = "us";
