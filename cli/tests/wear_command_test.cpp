@@ -18,15 +18,12 @@ TEST(WearCommand, GuideForAPlaceByCodeNameOrAlias) {
                          kBerlinForecast, "--activities", "cityWalking, beach", "--json"});
     ASSERT_EQ(guide.status, kOk) << guide.err;
     const auto json = guide.json();
-    EXPECT_EQ(json["planDays"], 12);
     EXPECT_TRUE(json["usesTypical"].get<bool>());  // the 12th and 13th are past the forecast
     ASSERT_EQ(json["days"].size(), 12u);
     EXPECT_EQ(json["days"][2]["day"]["source"], "forecast");
     EXPECT_EQ(json["days"][11]["day"]["source"], "typical");
     // --activities reaches the packing list.
-    bool swimsuit = false;
-    for (const auto& item : json["packing"]) swimsuit = swimsuit || item["id"] == "swimsuit";
-    EXPECT_TRUE(swimsuit);
+    EXPECT_THAT(json["packing"].dump(), HasSubstr(R"("id":"swimsuit")"));
 
     // Without a forecast the same dates are typical only; names and aliases work.
     auto typical = runCli({"wear", "new york city", "--from", "2026-01-10", "--to", "2026-01-12",
