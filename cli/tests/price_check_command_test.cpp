@@ -17,14 +17,9 @@ std::string historyFile(const std::string& origin, const std::string& updated,
            R"(","routes":{"LIS":[)" + prices + "]}}";
 }
 
-std::string prices(int count, int first, int step) {
-    std::string out;
-    for (int i = 0; i < count; ++i) {
-        if (i) out += ",";
-        out += std::to_string(first + i * step);
-    }
-    return out;
-}
+// Twenty nights, $300 rising by $10 a night.
+constexpr const char* kTwentyNights =
+    "300,310,320,330,340,350,360,370,380,390,400,410,420,430,440,450,460,470,480,490";
 
 TEST(PriceCheckCommand, JudgesTodaysDealInTheExampleFolder) {
     auto r = runCli({"price-check", "lis", "--data", kExamples, "--home", "JFK,EWR", "--today",
@@ -46,8 +41,7 @@ TEST(PriceCheckCommand, JudgesTodaysDealInTheExampleFolder) {
 TEST(PriceCheckCommand, AHistoryPublishedTooLongAgoIsLeftOutAndSaidSo) {
     TempDir dir;
     // 20 nights from JFK; EWR adds one more night before them.
-    dir.write("history/JFK.json",
-              historyFile("JFK", "2026-11-20", "2026-11-01", prices(20, 300, 10)));
+    dir.write("history/JFK.json", historyFile("JFK", "2026-11-20", "2026-11-01", kTwentyNights));
     std::string ewr = "400";
     for (int i = 0; i < 19; ++i) ewr += ",null";
     dir.write("history/EWR.json", historyFile("EWR", "2026-11-19", "2026-10-31", ewr));
@@ -73,8 +67,7 @@ TEST(PriceCheckCommand, NothingToJudgeAndWrongArguments) {
     EXPECT_THAT(r.err, HasSubstr("no history file could be read"));
 
     // History but no fare file and no --price: nothing to judge.
-    dir.write("history/JFK.json",
-              historyFile("JFK", "2026-11-20", "2026-11-01", prices(20, 300, 10)));
+    dir.write("history/JFK.json", historyFile("JFK", "2026-11-20", "2026-11-01", kTwentyNights));
     r = runCli(
         {"price-check", "LIS", "--data", dir.str(), "--home", "JFK", "--today", "2026-11-20"});
     EXPECT_EQ(r.status, kNoData);
