@@ -177,12 +177,10 @@ TEST(Feed, ConsecutiveNightsAgreeAndMostFaresAreRecent) {
     }
 
     // Tonight's deal is tonight's history price and the calendar's cheapest
-    // fresh trip; judged against the history, the places get every verdict.
+    // fresh trip.
     const auto fares = decodeFile<FareBook>(today, "flights/JFK.json");
     const auto calendar = decodeFile<CalendarBook>(today, "calendars/JFK.json");
-    const FareHistory history({h0}, kToday);
     const FareCalendar merged({calendar});
-    std::map<PriceCheck::Verdict, int> verdicts;
     std::map<std::string, int> ages;  // "fresh", "stale", "tooOld"
     int total = 0;
     const auto count = [&](std::optional<Day> seen) {
@@ -202,15 +200,8 @@ TEST(Feed, ConsecutiveNightsAgreeAndMostFaresAreRecent) {
         const auto best = merged.cheapest(d.destination, std::nullopt, kToday, true);
         ASSERT_TRUE(best) << d.destination;
         EXPECT_EQ(best->price, d.price) << d.destination;
-        const auto check = history.check(d.price, d.destination, kToday);
-        ASSERT_TRUE(check) << d.destination;
-        ++verdicts[check->verdict];
     }
     const int deals = static_cast<int>(fares.deals.size());
-    for (auto v :
-         {PriceCheck::Verdict::low, PriceCheck::Verdict::typical, PriceCheck::Verdict::high}) {
-        EXPECT_GT(verdicts[v], deals / 10) << PriceCheck::text(v);
-    }
     EXPECT_GT(ages["fresh"], total * 7 / 10);
     EXPECT_GT(ages["stale"], total / 30);
     EXPECT_GT(ages["tooOld"], total / 100);
