@@ -202,8 +202,7 @@ TEST_F(ModelTest, AWatchDropBecomesANotificationWhoseActionOpensTheAlerts) {
     // A session bus of our own, with a notification server registered on it.
     QProcess daemon;
     daemon.start("dbus-daemon", {"--session", "--nofork", "--print-address=1"});
-    ASSERT_TRUE(daemon.waitForStarted());
-    ASSERT_TRUE(daemon.waitForReadyRead(10000));
+    ASSERT_TRUE(daemon.waitForStarted() && daemon.waitForReadyRead(10000));
     const QString address = QString::fromUtf8(daemon.readLine()).trimmed();
     QDBusConnection serverBus = QDBusConnection::connectToBus(address, "notification-server");
     QDBusConnection appBus = QDBusConnection::connectToBus(address, "roamwise");
