@@ -26,12 +26,23 @@ feedgen::Files nightFiles(Day day) {
 }
 
 void serve(TestHost& host, const feedgen::Files& files) {
-    for (const auto& [path, bytes] : files) host.set("/roamwise-data/" + path, {200, bytes, {}});
+    for (const auto& [path, bytes] : files) host.set("/roamwise-data/" + path, {200, bytes});
 }
 
 std::string cached(const Cache& cache, const std::string& name) {
     auto bytes = cache.read(name);
     return bytes ? std::string(bytes->data(), bytes->size()) : std::string("<none>");
+}
+
+// Each named cache entry is byte for byte the night's file it came from.
+void expectCopies(const Cache& cache, const feedgen::Files& night, std::vector<std::string> names) {
+    static const std::map<std::string, std::string> from = {
+        {"fares-JFK.json", "flights/JFK.json"},
+        {"calendar-JFK.json", "calendars/JFK.json"},
+        {"history-JFK.json", "history/JFK.json"},
+        {"advisories.json", "advisories.json"}};
+    for (const std::string& name : names)
+        EXPECT_TRUE(cached(cache, name) == night.at(from.at(name))) << name;
 }
 
 const FileReport& fileNamed(const RefreshReport& report, const std::string& name) {
@@ -65,8 +76,8 @@ TEST_F(RefreshTest, SecondHostServesWhenTheFirstFailsAndOnlyDecodedBytesAreCache
     const feedgen::Files files = nightFiles(kToday);
     first.setAll(500);
     serve(second, files);
-    second.set("/api/TravelAdvisories", {200, files.at("advisories.json"), {}});
-    first.set("/api/TravelAdvisories", {200, files.at("advisories.json"), {}});
+    second.set("/api/TravelAdvisories", {200, files.at("advisories.json")});
+    first.set("/api/TravelAdvisories", {200, files.at("advisories.json")});
 
     RefreshInput in = input();
     in.advisoriesURL = second.url() + "api/TravelAdvisories";
@@ -77,16 +88,11 @@ TEST_F(RefreshTest, SecondHostServesWhenTheFirstFailsAndOnlyDecodedBytesAreCache
     const FileReport& fares = fileNamed(outcome.report, "fares-JFK.json");
     EXPECT_EQ(fares.status, FileReport::Status::fetched);
     EXPECT_EQ(fares.host, std::string(Config::defaultDataURL));
-    for (const auto& [name, path] : std::vector<std::pair<std::string, std::string>>{
-             {"fares-JFK.json", "flights/JFK.json"},
-             {"calendar-JFK.json", "calendars/JFK.json"},
-             {"history-JFK.json", "history/JFK.json"},
-             {"advisories.json", "advisories.json"}}) {
-        EXPECT_TRUE(cached(cache, name) == files.at(path)) << name;
-    }
+    expectCopies(cache, files,
+                 {"fares-JFK.json", "calendar-JFK.json", "history-JFK.json", "advisories.json"});
     EXPECT_EQ(outcome.report.advisories, Load::loaded);
     // The first host was asked for each file before the second.
-    EXPECT_EQ(first.requests().front(), "/roamwise-data/flights/JFK.json");
+    EXPECT_EQ(first.seen().front().path, "/roamwise-data/flights/JFK.json");
 }
 
 TEST_F(RefreshTest, NotFoundEverywhereIsUnavailableAndShowsTheSampleWithTheReason) {
@@ -119,9 +125,8 @@ TEST_F(RefreshTest, TimeOutThenNotFoundFailsAndKeepsTheLastCopies) {
     EXPECT_NE(fares.error.find("timed out"), std::string::npos)
         << fares.error;  // the time-out, not the 404
     EXPECT_EQ(fileNamed(outcome.report, "calendar-JFK.json").status, FileReport::Status::kept);
-    EXPECT_TRUE(cached(cache, "calendar-JFK.json") == yesterday.at("calendars/JFK.json"))
-        << "calendar-JFK.json";
-    EXPECT_TRUE(cached(cache, "fares-JFK.json") == "<none>") << "fares-JFK.json";
+    expectCopies(cache, yesterday, {"calendar-JFK.json"});
+    EXPECT_EQ(cached(cache, "fares-JFK.json"), "<none>");
 }
 
 TEST_F(RefreshTest, TruncatedAndUndecodableBodiesLeaveTheCacheByteForByte) {
@@ -131,19 +136,14 @@ TEST_F(RefreshTest, TruncatedAndUndecodableBodiesLeaveTheCacheByteForByte) {
     cache.write("history-JFK.json", yesterday.at("history/JFK.json"));
     cache.write("advisories.json", yesterday.at("advisories.json"));
     const std::string& fresh = today.at("flights/JFK.json");
-    first.set("/roamwise-data/flights/JFK.json", {200, fresh.substr(0, fresh.size() / 2), {}});
-    first.set("/roamwise-data/history/JFK.json", {200, "<html>maintenance</html>", {}});
+    first.set("/roamwise-data/flights/JFK.json", {200, fresh.substr(0, fresh.size() / 2)});
+    first.set("/roamwise-data/history/JFK.json", {200, "<html>maintenance</html>"});
     first.set("/roamwise-data/calendars/JFK.json", {200, R"({"origin": 5})", {}});
-    first.set("/api/TravelAdvisories", {200, "[{\"Title\": ", {}});
+    first.set("/api/TravelAdvisories", {200, "[{\"Title\": "});
 
     const RefreshOutcome outcome = runRefresh(input());
-    EXPECT_TRUE(cached(cache, "fares-JFK.json") == yesterday.at("flights/JFK.json"))
-        << "fares-JFK.json";
-    EXPECT_TRUE(cached(cache, "history-JFK.json") == yesterday.at("history/JFK.json"))
-        << "history-JFK.json";
-    EXPECT_TRUE(cached(cache, "calendar-JFK.json") == "<none>") << "calendar-JFK.json";
-    EXPECT_TRUE(cached(cache, "advisories.json") == yesterday.at("advisories.json"))
-        << "advisories.json";
+    expectCopies(cache, yesterday, {"fares-JFK.json", "history-JFK.json", "advisories.json"});
+    EXPECT_EQ(cached(cache, "calendar-JFK.json"), "<none>");
     EXPECT_EQ(fileNamed(outcome.report, "fares-JFK.json").status, FileReport::Status::kept);
     EXPECT_EQ(fileNamed(outcome.report, "calendar-JFK.json").status, FileReport::Status::failed);
     // A broken body counts as a failed download: yesterday's copy is shown, offline.
@@ -166,8 +166,7 @@ TEST_F(RefreshTest, OfflineWithYesterdaysCopyShowsItWithTheOfflineText) {
     EXPECT_EQ(outcome.report.message,
               "Offline: showing fares saved " + (kToday - 1).text() + ". Pull to refresh.");
     EXPECT_FALSE(outcome.fares.sample);
-    EXPECT_TRUE(cached(cache, "fares-JFK.json") == yesterday.at("flights/JFK.json"))
-        << "fares-JFK.json";
+    expectCopies(cache, yesterday, {"fares-JFK.json"});
 
     // The same cache read without any fetch says the same.
     const FaresData start = loadCachedFares(cache, {"JFK"}, kToday, false);

@@ -33,19 +33,13 @@ const TestCertificates& TestCertificates::shared() {
         TestCertificates& c = *made;
         char pattern[] = "/tmp/roamwise-ca-XXXXXX";
         c.folder = ::mkdtemp(pattern);
-        c.caFile = c.folder + "/ca.pem";
         c.certFile = c.folder + "/host.pem";
         c.keyFile = c.folder + "/host-key.pem";
-        const std::string& d = c.folder;
-        run("openssl req -x509 -newkey rsa:2048 -nodes -days 2 -subj /CN=Roamwise-test-CA -keyout " + d +
-            "/ca-key.pem -out " + c.caFile);
-        run("openssl req -newkey rsa:2048 -nodes -subj /CN=127.0.0.1 -keyout " + c.keyFile + " -out " + d +
-            "/host.csr");
-        run("printf 'subjectAltName=IP:127.0.0.1\\nbasicConstraints=CA:FALSE\\n' > " + d + "/ext.cnf");
-        run("openssl x509 -req -in " + d + "/host.csr -CA " + c.caFile + " -CAkey " + d +
-            "/ca-key.pem -CAcreateserial -days 2 -extfile " + d + "/ext.cnf -out " + c.certFile);
+        run("openssl req -x509 -newkey rsa:2048 -nodes -days 2 -subj /CN=127.0.0.1 -addext "
+            "subjectAltName=IP:127.0.0.1 -keyout " +
+            c.keyFile + " -out " + c.certFile);
         // Only this process trusts it, the way the curl tool would.
-        ::setenv("CURL_CA_BUNDLE", c.caFile.c_str(), 1);
+        ::setenv("CURL_CA_BUNDLE", c.certFile.c_str(), 1);
         std::atexit([] { std::filesystem::remove_all(TestCertificates::shared().folder); });
         return made;
     }();
@@ -54,20 +48,20 @@ const TestCertificates& TestCertificates::shared() {
 
 TestHost::TestHost() {
     const TestCertificates& certificates = TestCertificates::shared();
-    m_server = std::make_unique<httplib::SSLServer>(certificates.certFile.c_str(), certificates.keyFile.c_str());
-    if (!m_server->is_valid()) throw std::runtime_error("test host: the certificate was not accepted");
+    m_server = std::make_unique<httplib::SSLServer>(certificates.certFile.c_str(),
+                                                    certificates.keyFile.c_str());
+    if (!m_server->is_valid())
+        throw std::runtime_error("test host: the certificate was not accepted");
     m_server->Get(".*", [this](const httplib::Request& request, httplib::Response& response) {
-        Answer answer{404, "not found", std::chrono::milliseconds(0)};
-        std::map<std::string, std::string> headers;
+        Answer answer{404, "not found", std::chrono::milliseconds(0), {}};
         {
             std::lock_guard lock(m_mutex);
-            m_requests.push_back(request.path);
-            Seen seen{request.path, request.target, request.get_header_value("User-Agent"), std::nullopt};
+            Seen seen{request.path, request.target, request.get_header_value("User-Agent"),
+                      std::nullopt};
             if (request.has_header("If-Modified-Since")) {
                 seen.ifModifiedSince = request.get_header_value("If-Modified-Since");
             }
             m_seen.push_back(std::move(seen));
-            if (auto found = m_headers.find(request.path); found != m_headers.end()) headers = found->second;
             if (m_all) {
                 answer.status = *m_all;
             } else if (auto found = m_answers.find(request.path); found != m_answers.end()) {
@@ -76,7 +70,7 @@ TestHost::TestHost() {
         }
         if (answer.delay.count() > 0) std::this_thread::sleep_for(answer.delay);
         response.status = answer.status;
-        for (const auto& [name, value] : headers) response.set_header(name, value);
+        for (const auto& [name, value] : answer.headers) response.set_header(name, value);
         if (answer.status != 304) response.set_content(answer.body, "application/json");
     });
     m_port = m_server->bind_to_any_port("127.0.0.1");
@@ -90,16 +84,13 @@ TestHost::~TestHost() {
     m_thread.join();
 }
 
-std::string TestHost::url() const { return "https://127.0.0.1:" + std::to_string(m_port) + "/"; }
+std::string TestHost::url() const {
+    return "https://127.0.0.1:" + std::to_string(m_port) + "/";
+}
 
 void TestHost::set(const std::string& path, Answer answer) {
     std::lock_guard lock(m_mutex);
     m_answers[path] = std::move(answer);
-}
-
-void TestHost::setHeaders(const std::string& path, std::map<std::string, std::string> headers) {
-    std::lock_guard lock(m_mutex);
-    m_headers[path] = std::move(headers);
 }
 
 void TestHost::setAll(int status) {
@@ -111,19 +102,12 @@ void TestHost::clear() {
     std::lock_guard lock(m_mutex);
     m_answers.clear();
     m_all.reset();
-    m_requests.clear();
-    m_headers.clear();
     m_seen.clear();
 }
 
 std::vector<TestHost::Seen> TestHost::seen() const {
     std::lock_guard lock(m_mutex);
     return m_seen;
-}
-
-std::vector<std::string> TestHost::requests() const {
-    std::lock_guard lock(m_mutex);
-    return m_requests;
 }
 
 int closedPort() {
@@ -150,9 +134,11 @@ tripkit::HttpLoader testLoader(std::string defaultHost, long totalTimeoutSeconds
     return [defaultHost = std::move(defaultHost), options](const std::string& url) {
         const std::string builtIn(tripkit::Config::defaultDataURL);
         std::string target = url;
-        if (url.starts_with(builtIn)) target = defaultHost + "roamwise-data/" + url.substr(builtIn.size());
+        if (url.starts_with(builtIn))
+            target = defaultHost + "roamwise-data/" + url.substr(builtIn.size());
         if (!target.starts_with("https://127.0.0.1:")) {
-            throw tripkit::FetchError(tripkit::FetchError::Kind::transport, url, "tests stay on this machine");
+            throw tripkit::FetchError(tripkit::FetchError::Kind::transport, url,
+                                      "tests stay on this machine");
         }
         return httpGet(target, options);
     };

@@ -1,6 +1,6 @@
-// A real HTTPS data host on 127.0.0.1 for the tests: its certificate comes
-// from a certificate authority made for this run (openssl), which only this
-// test process trusts (CURL_CA_BUNDLE). Each path's answer can be set, so
+// A real HTTPS data host on 127.0.0.1 for the tests: its certificate is made
+// for this run (openssl, self-signed), and only this test process trusts it
+// (CURL_CA_BUNDLE). Each path's answer can be set, so
 // faults are injected per file.
 #pragma once
 
@@ -21,11 +21,10 @@ class SSLServer;
 
 namespace roamwise::app::testing {
 
-// A throw-away certificate authority and a certificate for 127.0.0.1
-// signed by it, in a temporary folder removed with the object.
+// A throw-away self-signed certificate for 127.0.0.1, in a temporary folder
+// removed when the process exits.
 struct TestCertificates {
     std::string folder;
-    std::string caFile;
     std::string certFile;
     std::string keyFile;
 
@@ -35,9 +34,13 @@ struct TestCertificates {
 class TestHost {
 public:
     struct Answer {
-        int status = 200;
+        Answer(int status = 200, std::string body = {}, std::chrono::milliseconds delay = {},
+               std::map<std::string, std::string> headers = {})
+            : status(status), body(std::move(body)), delay(delay), headers(std::move(headers)) {}
+        int status;
         std::string body;
-        std::chrono::milliseconds delay{0};
+        std::chrono::milliseconds delay;
+        std::map<std::string, std::string> headers;  // "Expires", "Last-Modified"
     };
 
     TestHost();
@@ -45,7 +48,6 @@ public:
 
     // "https://127.0.0.1:PORT/"
     std::string url() const;
-    int port() const { return m_port; }
 
     // What arrived: the path, the whole target with its query, and the
     // headers the weather services care about.
@@ -58,11 +60,8 @@ public:
 
     // The answer for a path ("/roamwise-data/flights/JFK.json"); others get 404.
     void set(const std::string& path, Answer answer);
-    // Headers sent with the answer of `path` ("Expires", "Last-Modified").
-    void setHeaders(const std::string& path, std::map<std::string, std::string> headers);
     void setAll(int status);  // every path, known or not, answers this status
     void clear();
-    std::vector<std::string> requests() const;
     std::vector<Seen> seen() const;
 
 private:
@@ -72,8 +71,6 @@ private:
     mutable std::mutex m_mutex;
     std::map<std::string, Answer> m_answers;
     std::optional<int> m_all;
-    std::vector<std::string> m_requests;
-    std::map<std::string, std::map<std::string, std::string>> m_headers;
     std::vector<Seen> m_seen;
 };
 

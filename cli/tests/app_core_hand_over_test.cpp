@@ -34,18 +34,18 @@ TEST(AppCoreHandOver, CommandsReachTheAppCoreWithTheirArgumentsAndStatus) {
     // The help of a handed-over command comes from the app core, options and all.
     Process help = runProcess(cli + " status --help");
     EXPECT_EQ(help.status, 0);
-    EXPECT_NE(help.output.find("Usage: roamwise-cli status"), std::string::npos) << help.output;
-    EXPECT_NE(help.output.find("--home"), std::string::npos) << help.output;
+    EXPECT_THAT(help.output, HasSubstr("Usage: roamwise-cli status"));
+    EXPECT_THAT(help.output, HasSubstr("--home"));
 
     // Its exit status and messages come back unchanged.
     const TempDir dir;
     Process widget = runProcess("XDG_DATA_HOME=" + dir.str() + " " + cli + " widget --line");
     EXPECT_EQ(widget.status, 1);
-    EXPECT_NE(widget.output.find("No snapshot yet"), std::string::npos) << widget.output;
+    EXPECT_THAT(widget.output, HasSubstr("No snapshot yet"));
 
     Process wrong = runProcess(cli + " watch lst");
     EXPECT_EQ(wrong.status, 2);
-    EXPECT_NE(wrong.output.find("did you mean 'watch list'?"), std::string::npos) << wrong.output;
+    EXPECT_THAT(wrong.output, HasSubstr("did you mean 'watch list'?"));
 
     // The pure commands run without the application core's libraries.
     Process libraries = runProcess("ldd " + cli);

@@ -3,7 +3,6 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
-#include "cli/cli.h"
 #include "cli/common.h"
 #include "cli/tests/cli_test_support.h"
 
@@ -36,26 +35,16 @@ TEST(Arguments, NumbersAreDecimalFiniteAndInRange) {
         {".5", "YEAR must be a whole number, not \".5\"", "0.5"},
         {"0x10", "YEAR must be a whole number, not \"0x10\"",
          "--price must be a decimal number like 250 or 199.50, not \"0x10\""},
-        {"1e3", "YEAR must be a whole number, not \"1e3\"",
-         "--price must be a decimal number like 250 or 199.50, not \"1e3\""},
-        {"NaN", "YEAR must be a whole number, not \"NaN\"",
-         "--price must be a decimal number like 250 or 199.50, not \"NaN\""},
-        {" 7", "YEAR must be a whole number, not \" 7\"",
-         "--price must be a decimal number like 250 or 199.50, not \" 7\""},
         {"9\x1b[2J", "YEAR must be a whole number, not \"9\\x1b[2J\"",
-         "--price must be a decimal number like 250 or 199.50, not "
-         "\"9\\x1b[2J\""},
+         "--price must be a decimal number like 250 or 199.50, not \"9\\x1b[2J\""},
         {"0", "YEAR must be between 1000 and 9999", "--price must be between 0.01 and 1000000"},
         {big, "YEAR must be between 1000 and 9999", "--price must be between 0.01 and 1000000"},
         {big + "." + big, "YEAR must be a whole number, not \"" + big.substr(0, 24) + "...\"",
          "--price must be between 0.01 and 1000000"},
     };
+    const WholeRange year{1000, 9999};
     for (const auto& c : cases) {
-        EXPECT_EQ(outcome([&] {
-                      return parseWhole(c.text, "YEAR", {1000, 9999});
-                  }),
-                  c.whole)
-            << c.text;
+        EXPECT_EQ(outcome([&] { return parseWhole(c.text, "YEAR", year); }), c.whole) << c.text;
         EXPECT_EQ(outcome([&] { return parseNumber(c.text, "--price", kPriceRange); }), c.number)
             << c.text;
     }
@@ -80,10 +69,6 @@ TEST(Arguments, NearestCommandName) {
 // Every command's wrong arguments: exit 2, a message naming what is wrong
 // (or at least the program), nothing on standard output.
 TEST(Arguments, EveryCommandRefusesWrongArgumentsTheSameWay) {
-    auto year = runCli({"holidays", "02027"});
-    EXPECT_EQ(year.status, kOk) << year.err;
-    EXPECT_TRUE(year.out.starts_with("Federal holidays 2027\n")) << year.out;
-
     const std::string data = std::string(ROAMWISE_EXAMPLES) + "/data";
     const std::string search = std::string(TRIPKIT_TEST_DATA) + "/parks/search.json";
     const std::string from = "--from=2026-05-01", to = "--to=2026-05-03";
@@ -97,8 +82,6 @@ TEST(Arguments, EveryCommandRefusesWrongArgumentsTheSameWay) {
         {{"getaways", "--data", data, "--home", "JFK", "--timing", "anytime", "--max", "inf"},
          "--max must be a decimal number"},
         {{"places", "nearby", "MCO", "--within", "1e309"}, "--within must be a decimal number"},
-        {{"places", "nearby", "MCO", "--within", "20000"}, "--within must be between 0 and 12500"},
-        {{"places", "nearby", "MCO", "--limit", "0"}, "--limit must be at least 1"},
         {{"places", "nearby", "MCO", "--limit", "99999999999"}, "--limit is too large"},
         {{"checklist", "LIS", "--trip", "2027-01-20", "--weeks", "0x10"},
          "--weeks must be a whole number, not \"0x10\""},
@@ -111,26 +94,17 @@ TEST(Arguments, EveryCommandRefusesWrongArgumentsTheSameWay) {
         {{"zzz"}, "unknown command 'zzz'; the commands are deals, places, "},
         {{}, ""},
         {{"deals", "--data", data, "--home", "JFK,EWR,LGA,BOS"}, ""},  // four homes
-        {{"deals", "--data", data, "--home", "JFK,jfk"}, ""},
         {{"deals", "--data", data, "--home", "JFK", "--today", "2026-13-01"}, ""},
         {{"deals", "--data", data + "/nowhere", "--home", "JFK"}, ""},
         {{"deals", "--data", data, "--home", "JFK", "--bogus"}, ""},
         {{"places", "nearby", "XYZ"}, "no airport with the code \"XYZ\""},
         {{"places", "airports", "hi", "kona"}, ""},  // one query argument; quote it
         {{"places", "destinations", "--domestic", "--abroad"}, ""},
-        {{"places", "nearby", "MCO", "--within", "-1"}, ""},
         {{"getaways", "--data", data, "--home", "JFK", "--timing", "easter"}, ""},
-        {{"getaways", "--data", data, "--home", "JFK", "--timing", "anytime", "--length", "longer"},
-         ""},
         {{"getaways", "--data", data, "--home", "JFK", "--timing", "anytime", "--to", "L1S"}, ""},
         {{"park", "price", "seaworld", "--search", search, "--check-in", "2027-02-01"}, ""},
-        {{"park", "price", "disney", "--search", search, "--check-in", "2027-02-30"}, ""},
         {{"holidays"}, ""},
-        {{"holidays", "2027", "2028"}, ""},
         {{"price-check", "LISB", "--data", data, "--home", "JFK", "--price", "1"}, ""},
-        {{"price-check", "--data", data, "--home", "JFK"}, ""},
-        {{"calendar", "LISB", "--data", data, "--home", "JFK"}, ""},
-        {{"advisories"}, ""},
         {{"checklist", "ZZZ", "--json"}, "no destination with the code \"ZZZ\""},
         {{"checklist", "LIS", "--trip", "2027-01-20"}, ""},  // no --weeks
         {{"best-time", "QQQ", "--sample", "--home", "JFK", "--json"},
@@ -141,7 +115,7 @@ TEST(Arguments, EveryCommandRefusesWrongArgumentsTheSameWay) {
     for (const auto& c : cases) {
         auto r = runCli(c.args);
         EXPECT_EQ(r.status, kUsage) << ::testing::PrintToString(c.args);
-        EXPECT_NE(r.err.find("roamwise-cli: " + c.error), std::string::npos) << r.err;
+        EXPECT_THAT(r.err, HasSubstr("roamwise-cli: " + c.error));
         EXPECT_TRUE(r.out.empty()) << r.out;
     }
 
@@ -149,6 +123,19 @@ TEST(Arguments, EveryCommandRefusesWrongArgumentsTheSameWay) {
     auto version = runCli({"--version"});
     EXPECT_EQ(version.status, kOk);
     EXPECT_EQ(version.out, "roamwise-cli " ROAMWISE_VERSION "\n");
+}
+
+TEST(CliCommon, MoneyAndHomeCodes) {
+    EXPECT_EQ(money(0), "$0");
+    EXPECT_EQ(money(999), "$999");
+    EXPECT_EQ(money(1234), "$1,234");
+    EXPECT_EQ(money(1234567.5), "$1,234,567.50");
+    EXPECT_EQ(money(-1500), "-$1,500");
+    EXPECT_EQ(money(199.99), "$199.99");
+
+    EXPECT_EQ(parseHomeCodes(" jfk , ewr,"), (std::vector<std::string>{"JFK", "EWR"}));
+    EXPECT_THROW(parseHomeCodes("JFK,J1K"), UsageError);
+    EXPECT_THROW(parseHomeCodes("JFK,jfk"), UsageError);
 }
 
 }  // namespace

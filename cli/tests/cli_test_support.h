@@ -6,7 +6,14 @@
 #include <string>
 #include <vector>
 
+#include <gmock/gmock.h>
+
+#include "cli/cli.h"  // the exit statuses a run is compared with
 #include "tripkit/json.h"
+
+namespace roamwise::cli {
+using ::testing::HasSubstr;  // what the commands print is looked for line by line
+}
 
 namespace roamwise::cli::testing {
 

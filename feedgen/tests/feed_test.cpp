@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <map>
+#include <numeric>
 #include <set>
 
 #include "tripkit/advisories.h"
@@ -36,30 +37,23 @@ T decodeFile(const Files& files, const std::string& path) {
 }
 
 double mean(const std::vector<double>& v) {
-    double sum = 0;
-    for (double x : v) sum += x;
-    return v.empty() ? 0 : sum / static_cast<double>(v.size());
+    return std::accumulate(v.begin(), v.end(), 0.0) /
+           static_cast<double>(std::max<size_t>(v.size(), 1));
 }
 
-bool lowCost(const std::string& airline) {
-    return airline == "B6" || airline == "WN" || airline == "NK" || airline == "F9" ||
-           airline == "G4" || airline == "SY" || airline == "AS";
-}
-
-TEST(Feed, SameInputsGiveTheSameBytesAndAnotherSeedOtherPrices) {
-    const Files a = generate(night(kToday));
-    const Files b = generate(night(kToday));
-    EXPECT_EQ(a, b);
-    ASSERT_EQ(a.size(), 10u);  // three airports' three files and the advisories
+TEST(Feed, SameInputsGiveTheSameBytesAnotherSeedOtherPricesAndTheAppDecodesThem) {
+    const Files files = generate(night(kToday));
+    EXPECT_EQ(files, generate(night(kToday)));
+    ASSERT_EQ(files.size(), 10u);  // three airports' three files and the advisories
 
     // One airport's file made alone is the same as in the whole night: the
     // app asks for its homes only, the data host has many more.
-    for (const auto& [code, path] :
-         std::vector<std::pair<std::string, std::string>>{{"EWR", "flights/EWR.json"},
-                                                          {"ORD", "calendars/ORD.json"},
-                                                          {"JFK", "history/JFK.json"},
-                                                          {"JFK", "advisories.json"}}) {
-        EXPECT_EQ(generateFile(night(kToday, {code}), path), a.at(path)) << path;
+    for (const auto& [path, code] :
+         std::map<std::string, std::string>{{"flights/EWR.json", "EWR"},
+                                            {"calendars/ORD.json", "ORD"},
+                                            {"history/JFK.json", "JFK"},
+                                            {"advisories.json", "JFK"}}) {
+        EXPECT_EQ(generateFile(night(kToday, {code}), path), files.at(path)) << path;
     }
     EXPECT_EQ(generateFile(night(kToday), "flights/LAX.json"), std::nullopt);  // not asked for
     EXPECT_EQ(generateFile(night(kToday), "guides/JFK.json"), std::nullopt);
@@ -67,12 +61,10 @@ TEST(Feed, SameInputsGiveTheSameBytesAndAnotherSeedOtherPrices) {
 
     const Files other = generate(night(kToday, {"JFK", "EWR", "ORD"}, 7));
     for (const char* path : {"flights/JFK.json", "calendars/JFK.json", "history/JFK.json"}) {
-        EXPECT_NE(other.at(path), a.at(path)) << path;
+        EXPECT_NE(other.at(path), files.at(path)) << path;
     }
-}
 
-TEST(Feed, EveryFileDecodesWithTheAppsOwnDecoders) {
-    const Files files = generate(night(kToday));
+    // Every file decodes with the app's own decoders.
     const std::size_t catalog = Destinations::shipped().list.size();
     for (const char* code : {"JFK", "EWR", "ORD"}) {
         const std::string c = code;
@@ -87,12 +79,6 @@ TEST(Feed, EveryFileDecodesWithTheAppsOwnDecoders) {
         EXPECT_GT(calendar.routes.size(), catalog * 9 / 10);
         EXPECT_EQ(history.from, kToday - 179);
         for (const auto& [to, series] : history.routes) EXPECT_EQ(series.size(), 180u) << to;
-        // Every departure day of the calendar is offered (today to 330 days on).
-        for (const auto& [to, row] : calendar.routes) {
-            for (const RoundTrip& t : calendar.trips(to)) {
-                ASSERT_TRUE(t.depart >= kToday && t.depart - kToday < 330 && t.price > 0) << to;
-            }
-        }
     }
     const auto advisories = Advisories::parse(files.at("advisories.json"));
     std::set<std::string> wanted;
@@ -113,31 +99,32 @@ TEST(Feed, EveryFileDecodesWithTheAppsOwnDecoders) {
 // Loose checks of the shape of the prices: each would fail for a generator
 // that lost one of its factors, not for an unlucky draw.
 TEST(Feed, PricesBehaveLikeFares) {
-    const Files files = generate(night(kToday, {"JFK", "BOS", "ORD", "ATL"}));
-    const Airports& airports = Airports::shipped();
-    const Destinations& places = Destinations::shipped();
+    // Thanksgiving well ahead, so it is not also a last-minute fare.
+    const Day today = Day::fromCivil(2026, 8, 10);
+    const Files files = generate(night(today, {"JFK", "BOS", "ORD", "ATL"}));
+    const auto windows = Holidays::windows(today, today + 330);
+    const auto thanksgiving = std::find_if(
+        windows.begin(), windows.end(),
+        [](const HolidayWindow& w) { return w.holiday == FederalHoliday::thanksgiving; });
+    ASSERT_NE(thanksgiving, windows.end());
 
-    // Farther is dearer. Nonstops dearer than the same airline's
-    // connections, low-cost nonstops cheaper than network ones, on the
-    // Orlando routes.
+    // Farther is dearer; on the Orlando routes nonstops are dearer than the
+    // same airline's connections; holidays and the last week are dear.
     std::vector<double> near, middle, far;
+    int dearer = 0, routes = 0, lastMinuteDearer = 0;
     for (const char* code : {"JFK", "BOS", "ORD", "ATL"}) {
         const auto fares = decodeFile<FareBook>(files, std::string("flights/") + code + ".json");
-        const Airport& from = *airports.find(code);
+        const Airport& from = *Airports::shipped().find(code);
         for (const Deal& d : fares.deals) {
-            const Destination& to = *places.find(d.destination);
+            const Destination& to = *Destinations::shipped().find(d.destination);
             const double miles = distanceMiles(from.lat, from.lon, *to.lat, *to.lon);
             (miles < 1500 ? near : miles < 4000 ? middle : far).push_back(d.price);
         }
         std::map<std::string, std::vector<double>> nonstop, connecting;
-        std::vector<double> cheapCarriers, network;
         for (const auto* days : {&fares.toOrlando, &fares.fromOrlando}) {
             for (const auto& [day, options] : *days) {
-                for (const FareOption& o : options) {
+                for (const FareOption& o : options)
                     (o.stops == 0 ? nonstop : connecting)[o.airline].push_back(o.price);
-                    if (o.stops == 0)
-                        (lowCost(o.airline) ? cheapCarriers : network).push_back(o.price);
-                }
             }
         }
         int compared = 0;
@@ -148,24 +135,7 @@ TEST(Feed, PricesBehaveLikeFares) {
             ++compared;
         }
         EXPECT_GT(compared, 0) << code;
-        ASSERT_FALSE(cheapCarriers.empty()) << code;
-        EXPECT_LT(mean(cheapCarriers) * 1.07, mean(network)) << code;
-    }
-    EXPECT_LT(mean(near) * 1.3, mean(middle));
-    EXPECT_LT(mean(middle) * 1.3, mean(far));
-}
 
-TEST(Feed, HolidaysAndLastMinuteAreDear) {
-    // Thanksgiving well ahead, so it is not also a last-minute fare.
-    const Day today = Day::fromCivil(2026, 8, 10);
-    const Files files = generate(night(today, {"JFK", "ORD"}));
-    const auto windows = Holidays::windows(today, today + 330);
-    const auto thanksgiving = std::find_if(
-        windows.begin(), windows.end(),
-        [](const HolidayWindow& w) { return w.holiday == FederalHoliday::thanksgiving; });
-    ASSERT_NE(thanksgiving, windows.end());
-    int dearer = 0, routes = 0, lastMinuteDearer = 0;
-    for (const char* code : {"JFK", "ORD"}) {
         const auto calendar =
             decodeFile<CalendarBook>(files, std::string("calendars/") + code + ".json");
         for (const auto& [to, row] : calendar.routes) {
@@ -187,35 +157,14 @@ TEST(Feed, HolidaysAndLastMinuteAreDear) {
             if (mean(lastWeek) > mean(monthsOut)) ++lastMinuteDearer;
         }
     }
-    ASSERT_GT(routes, 200);
+    EXPECT_LT(mean(near) * 1.3, mean(middle));
+    EXPECT_LT(mean(middle) * 1.3, mean(far));
+    ASSERT_GT(routes, 400);
     EXPECT_GT(dearer, routes * 9 / 10);
     EXPECT_GT(lastMinuteDearer, routes * 9 / 10);
 }
 
-TEST(Feed, SeenDaysAreMostlyRecentWithSomeOlder) {
-    const Files files = generate(night(kToday, {"JFK"}));
-    const auto calendar = decodeFile<CalendarBook>(files, "calendars/JFK.json");
-    const auto fares = decodeFile<FareBook>(files, "flights/JFK.json");
-    std::map<std::string, int> ages;  // "fresh", "stale", "tooOld"
-    int total = 0;
-    const auto count = [&](std::optional<Day> seen) {
-        const std::int64_t age = seen ? kToday - *seen : 0;
-        ++ages[age <= 3 ? "fresh" : age <= 7 ? "stale" : "tooOld"];
-        ++total;
-    };
-    for (const auto& [to, row] : calendar.routes) {
-        for (const RoundTrip& t : calendar.trips(to)) count(t.seen);
-    }
-    for (const Deal& d : fares.deals) count(d.seen);
-    for (const auto& [day, options] : fares.toOrlando) {
-        for (const FareOption& o : options) count(o.seen);
-    }
-    EXPECT_GT(ages["fresh"], total * 7 / 10);
-    EXPECT_GT(ages["stale"], total / 30);
-    EXPECT_GT(ages["tooOld"], total / 100);
-}
-
-TEST(Feed, ConsecutiveNightsAgree) {
+TEST(Feed, ConsecutiveNightsAgreeAndMostFaresAreRecent) {
     const Files today = generate(night(kToday, {"JFK"}));
     const Files tomorrow = generate(night(kToday + 1, {"JFK"}));
     const auto h0 = decodeFile<HistoryBook>(today, "history/JFK.json");
@@ -228,26 +177,34 @@ TEST(Feed, ConsecutiveNightsAgree) {
     }
 
     // Tonight's deal is tonight's history price and the calendar's cheapest
-    // fresh trip; judged against the history, the places get every verdict.
+    // fresh trip.
     const auto fares = decodeFile<FareBook>(today, "flights/JFK.json");
     const auto calendar = decodeFile<CalendarBook>(today, "calendars/JFK.json");
-    const FareHistory history({h0}, kToday);
     const FareCalendar merged({calendar});
-    std::map<PriceCheck::Verdict, int> verdicts;
+    std::map<std::string, int> ages;  // "fresh", "stale", "tooOld"
+    int total = 0;
+    const auto count = [&](std::optional<Day> seen) {
+        const std::int64_t age = seen ? kToday - *seen : 0;
+        ++ages[age <= 3 ? "fresh" : age <= 7 ? "stale" : "tooOld"];
+        ++total;
+    };
+    for (const auto& [to, row] : calendar.routes) {
+        for (const RoundTrip& t : calendar.trips(to)) count(t.seen);
+    }
+    for (const auto& [day, options] : fares.toOrlando) {
+        for (const FareOption& o : options) count(o.seen);
+    }
     for (const Deal& d : fares.deals) {
+        count(d.seen);
         EXPECT_EQ(h0.routes.at(d.destination).back(), d.price) << d.destination;
         const auto best = merged.cheapest(d.destination, std::nullopt, kToday, true);
         ASSERT_TRUE(best) << d.destination;
         EXPECT_EQ(best->price, d.price) << d.destination;
-        const auto check = history.check(d.price, d.destination, kToday);
-        ASSERT_TRUE(check) << d.destination;
-        ++verdicts[check->verdict];
     }
     const int deals = static_cast<int>(fares.deals.size());
-    for (auto v :
-         {PriceCheck::Verdict::low, PriceCheck::Verdict::typical, PriceCheck::Verdict::high}) {
-        EXPECT_GT(verdicts[v], deals / 10) << PriceCheck::text(v);
-    }
+    EXPECT_GT(ages["fresh"], total * 7 / 10);
+    EXPECT_GT(ages["stale"], total / 30);
+    EXPECT_GT(ages["tooOld"], total / 100);
 
     // Between the two nights some prices drop by five dollars or more (a
     // watch fires) and some rise.
