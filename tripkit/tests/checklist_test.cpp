@@ -64,13 +64,6 @@ TEST(Packing, NewListFollowsTheRulesInOrderWithoutRepeats) {
     EXPECT_EQ(Packing::idFor("Photo ID (REAL ID or passport)"), "photo-id-real-id-or-passport");
 }
 
-TEST(PackingItem, Decodes) {
-    const auto items = json::decodeDocument<std::vector<PackingItem>>(
-        R"([{"id":"a","title":"Passport","packed":true},{"id":"b","title":"Hat","packed":false}])",
-        "packing.json");
-    EXPECT_EQ(items, (std::vector<PackingItem>{{"a", "Passport", true}, {"b", "Hat", false}}));
-}
-
 TEST(EntryBasics, APassportAbroadAndPhotoIdAtHome) {
     // The texts are constants but for the place's name.
     const EntryBasics home = EntryBasics::of(place("Denver", true, {"cities"}));

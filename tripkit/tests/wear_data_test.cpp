@@ -139,16 +139,7 @@ TEST(WearClimate, AMonthWithoutDataFailsThePlace) {
     EXPECT_EQ(failure(dailyText({Row{}})), "reduced");
 }
 
-TEST(WearClimate, RealResponses) {
-    // The hourly response has the daily layout with ten-digit keys: it
-    // decodes, and no key counts as a day.
-    const auto hourly = json::decodeDocument<WearClimate::Daily>(
-        realData("nasa-power/hourly-point-brazil-2026.json"), "hourly.json");
-    ASSERT_EQ(hourly.geometry.coordinates.size(), 3u);
-    EXPECT_EQ(hourly.properties.parameter.at("T2M").at("2026040100"), 18.74);
-    EXPECT_NEAR(WearClimate::elevationOffset(hourly, 655.46 - 1000), 6.5, 1e-9);
-    EXPECT_THROW(WearClimate::reduce(hourly, {}, std::nullopt), WearClimate::Failure);
-
+TEST(WearClimate, RealUvClimatology) {
     // A climatology response without the UV parameter gives no UV (0).
     const auto phuket = json::decodeDocument<WearClimate::UvClimatology>(
         realData("nasa-power/climatology-point-phuket.json"), "phuket.json");
@@ -189,7 +180,8 @@ TEST(WearClimate, RequestPathsCacheKeyAndFetching) {
         };
     };
     EXPECT_EQ(WearClimate::monthly(1, 2, std::nullopt, fetchFrom(good, noUv)).size(), 12u);
-    EXPECT_EQ(asked, (std::vector<std::string>{WearClimate::dailyPath(1, 2), WearClimate::uvPath(1, 2)}));
+    EXPECT_EQ(asked,
+              (std::vector<std::string>{WearClimate::dailyPath(1, 2), WearClimate::uvPath(1, 2)}));
     using K = WearClimate::Failure::Kind;
     const auto kindOf = [](const WearClimate::Fetch& fetch) -> std::optional<K> {
         try {
@@ -199,22 +191,22 @@ TEST(WearClimate, RequestPathsCacheKeyAndFetching) {
         }
         return std::nullopt;
     };
-    EXPECT_EQ(kindOf([](const std::string&) -> std::string { throw std::runtime_error("offline"); }),
-              K::network);
+    EXPECT_EQ(
+        kindOf([](const std::string&) -> std::string { throw std::runtime_error("offline"); }),
+        K::network);
     EXPECT_EQ(kindOf(fetchFrom(good, "{")), K::decoding);
     EXPECT_EQ(kindOf(fetchFrom(dailyText({}), noUv)), K::incomplete);
 }
 
 // check_wear_climate.py checks every place and zone; here: the file decodes
 // and is found by name, by alias, and narrowed by country.
-TEST(WearClimate, ShippedFileDecodesAndFindsPlaces) {
+TEST(WearClimate, ShippedFileFindsPlacesAndDecodingIsStrict) {
     const auto& file = WearClimate::File::shipped();
     EXPECT_NE(file.find("Lisbon", "PT"), nullptr);
     EXPECT_NE(file.find("new york city"), nullptr);
     EXPECT_EQ(file.find("Paris", "US"), nullptr);
-}
 
-TEST(WearClimate, PlaceDecodingIsStrict) {
+    // Decoding is strict.
     const std::string place =
         R"({"name":"X","region":"Europe","country":"PT","elevation":1,"lat":1,"lon":2,)"
         R"("timeZone":"Europe/Lisbon","months":[]})";
