@@ -22,7 +22,7 @@ Watch routeWatch(std::optional<double> target, std::optional<double> last,
     return w;
 }
 
-TEST(Alerts, CheckRules) {
+TEST(Alerts, CheckRulesAndRoutePricesFromFreshFaresInsideTheWindow) {
     using R = WatchAlert::Reason;
     const std::nullopt_t none = std::nullopt;
     struct Case {
@@ -57,9 +57,7 @@ TEST(Alerts, CheckRules) {
     const Watch before = w;
     EXPECT_FALSE(Alerts::check(w, std::nullopt, kToday));
     EXPECT_EQ(w, before);
-}
 
-TEST(Alerts, RoutePriceUsesFreshFaresInsideTheWindow) {
     // Seen 4 days ago is the cheapest but too old for an alert; 3 days is fine.
     const CalendarBook book = json::decodeDocument<CalendarBook>(R"({"origin": "JFK",
         "updated": "2026-11-23", "routes": {"LIS": {
@@ -153,7 +151,7 @@ TEST(Alerts, ThemeParkWatchesTakeTheLowestTotalThreeDaysEitherSide) {
     EXPECT_FALSE((Watch::Disney{byId, {}}.isUniversal(&universal)));
 }
 
-TEST(Alerts, NotificationTexts) {
+TEST(Alerts, NotificationTextsAndTheWatchFileForm) {
     Watch route = routeWatch(std::nullopt, 1305, std::nullopt);
     const WatchAlert dropped{kID, 1299.5, 1305, WatchAlert::Reason::dropped};
     auto n = AlertNotification::of(route, dropped, kToday);
@@ -172,9 +170,7 @@ TEST(Alerts, NotificationTexts) {
     EXPECT_TRUE(trip.hasPassed(jan4 + 6));
     EXPECT_FALSE(trip.hasPassed(jan4 + 5));
     EXPECT_FALSE(route.hasPassed(Day::fromCivil(2099, 1, 1)));  // no window never passes
-}
 
-TEST(Alerts, WatchFileForm) {
     Watch w = routeWatch(250, 300, 280);
     std::get<Watch::Route>(w.kind).window = DayRange(kToday, kToday + 9);
     w.lastChecked = kToday;

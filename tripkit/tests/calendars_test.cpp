@@ -156,7 +156,7 @@ TEST(CalendarBook, DayTextsReadAsDayParseReadsThem) {
     EXPECT_EQ(backs, expected);
 }
 
-TEST(CalendarBook, EncodesPositionallyAndRoundTrips) {
+TEST(CalendarBook, EncodesPositionallyAndTripsRoundTripAndHash) {
     const auto b = json::decodeDocument<CalendarBook>(readData("JFK.json"), "calendars/JFK.json");
     const json::Json j = encode(b);
     EXPECT_EQ(j["routes"]["LIS"]["2026-12-02"].dump(), R"([399.5,"UA",1,null,"2026-11-18"])");
@@ -169,6 +169,15 @@ TEST(CalendarBook, EncodesPositionallyAndRoundTrips) {
     const json::Json encoded = encode(made);
     EXPECT_EQ(encoded["routes"]["CUN"][(kToday + 3).text()].dump(), R"([219,"B6",0,null])");
     EXPECT_EQ(json::decodeDocument<CalendarBook>(encoded.dump(), "again"), made);
+
+    auto t = trip("LIS", 10, 412, 0);
+    t.link = "https://example.com/book";
+    EXPECT_EQ(json::decodeDocument<RoundTrip>(encode(t).dump(), "t"), t);
+
+    // Hashing goes over every field.
+    std::unordered_set<RoundTrip> set{trip("LIS", 1, 100), trip("LIS", 1, 100),
+                                      trip("LIS", 1, 100, 1)};
+    EXPECT_EQ(set.size(), 2u);
 }
 
 TEST(CalendarBook, TheFastReaderReadsPlainFilesAsTheTreeDoesAndLeavesTheRestToIt) {
@@ -205,17 +214,6 @@ TEST(CalendarBook, TheFastReaderReadsPlainFilesAsTheTreeDoesAndLeavesTheRestToIt
                a.updated == b.updated;
     };
     for (const Case& c : cases) testing::expectReadAsTheTree<CalendarBook>(c.text, c.fast, same);
-}
-
-TEST(RoundTrip, KeyedJsonAndHashing) {
-    auto t = trip("LIS", 10, 412, 0);
-    t.link = "https://example.com/book";
-    EXPECT_EQ(json::decodeDocument<RoundTrip>(encode(t).dump(), "t"), t);
-
-    // Hashing goes over every field.
-    std::unordered_set<RoundTrip> set{trip("LIS", 1, 100), trip("LIS", 1, 100),
-                                      trip("LIS", 1, 100, 1)};
-    EXPECT_EQ(set.size(), 2u);
 }
 
 TEST(FareCalendar, MergeKeepsTheCheapestAndTiesGoToTheFirstBook) {
@@ -294,7 +292,7 @@ TEST(FareCalendar, CheapestOfEachMonth) {
     EXPECT_EQ(months[2].second.price, 200);  // the later, too-old 100 is not usable
 }
 
-TEST(FareCalendar, BestPrefersFreshTrips) {
+TEST(FareCalendar, BestPrefersFreshTripsAndCheapestKeepsTheWholeStayInside) {
     const auto fresh3 = trip("LIS", 10, 400, 3);
     const auto stale4 = trip("LIS", 11, 200, 4);
     const auto stale5 = trip("LIS", 12, 150, 5);
@@ -314,9 +312,7 @@ TEST(FareCalendar, BestPrefersFreshTrips) {
     auto sameDay = trip("LIS", 15, 300, 0, "EWR");
     EXPECT_EQ(FareCalendar::best({sameDay, earlier}, kToday, true)->origin, "EWR");
     EXPECT_EQ(FareCalendar::best({earlier, sameDay}, kToday, true)->origin, "JFK");
-}
 
-TEST(FareCalendar, CheapestWithinARangeKeepsTheWholeStayInside) {
     auto oneWay = trip("LIS", 20, 100);
     oneWay.returnDay.reset();
     const FareCalendar c({book("JFK", {trip("LIS", 10, 150), trip("LIS", 14, 200), oneWay,

@@ -64,7 +64,7 @@ TEST(Packing, NewListFollowsTheRulesInOrderWithoutRepeats) {
     EXPECT_EQ(Packing::idFor("Photo ID (REAL ID or passport)"), "photo-id-real-id-or-passport");
 }
 
-TEST(EntryBasics, APassportAbroadAndPhotoIdAtHome) {
+TEST(EntryBasics, APassportAbroadPhotoIdAtHomeAndTheReminderDay) {
     // The texts are constants but for the place's name.
     const EntryBasics home = EntryBasics::of(place("Denver", true, {"cities"}));
     EXPECT_EQ(home.document, EntryBasics::Document::photoId);
@@ -73,9 +73,7 @@ TEST(EntryBasics, APassportAbroadAndPhotoIdAtHome) {
     EXPECT_EQ(abroad.document, EntryBasics::Document::passport);
     EXPECT_TRUE(abroad.text().starts_with("U.S. citizens need a passport book to fly to Lisbon."));
     EXPECT_EQ(abroad.links().size(), 2u);
-}
 
-TEST(PassportReminder, DayIsWholeWeeksBeforeAndPastOnlyAfterIt) {
     const Day trip = Day::fromCivil(2027, 3, 15);
     const PassportReminder reminder{8, trip};
     EXPECT_EQ(reminder.day(), Day::fromCivil(2027, 1, 18));

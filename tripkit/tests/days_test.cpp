@@ -25,7 +25,7 @@ TEST(Day, ParsesOnlyTheFirstTenCharactersAndIsLenientOnPurpose) {
     }
 }
 
-TEST(Day, CivilArithmeticAndWeekdays) {
+TEST(Day, CivilArithmeticWeekdaysAndTheLocalDayOfAnInstant) {
     EXPECT_EQ(day(1970, 1, 1).count, 0);
     EXPECT_EQ(Day{-1}.text(), "1969-12-31");
     EXPECT_EQ(Day{0}.weekday(), 5);             // Thursday
@@ -39,6 +39,13 @@ TEST(Day, CivilArithmeticAndWeekdays) {
         CivilDate c = Day{n}.civil();
         ASSERT_EQ(day(c.year, c.month, c.day).count, n);
     }
+
+    // 2026-03-08 03:30 UTC is still the 7th in New York, already the 8th in Tokyo.
+    const std::int64_t instant = day(2026, 3, 8).count * 86400 + 3 * 3600 + 1800;
+    EXPECT_EQ(Day::at(instant, "America/New_York"), day(2026, 3, 7));
+    EXPECT_EQ(Day::at(instant, "Asia/Tokyo"), day(2026, 3, 8));
+    EXPECT_FALSE(Day::at(instant, "Nowhere/Atlantis").has_value());
+    EXPECT_EQ(day(2026, 3, 8).unixSeconds(), static_cast<double>(day(2026, 3, 8).count) * 86400.0);
 }
 
 TEST(Day, DecodingNamesTheBadText) {
@@ -52,15 +59,6 @@ TEST(Day, DecodingNamesTheBadText) {
         EXPECT_STREQ(e.what(), "t.json: d: not a date: 2026-13-01");
     }
     EXPECT_EQ(encode(day(26, 3, 7)), "0026-03-07");
-}
-
-TEST(Day, LocalDayOfAnInstant) {
-    // 2026-03-08 03:30 UTC is still the 7th in New York, already the 8th in Tokyo.
-    const std::int64_t instant = day(2026, 3, 8).count * 86400 + 3 * 3600 + 1800;
-    EXPECT_EQ(Day::at(instant, "America/New_York"), day(2026, 3, 7));
-    EXPECT_EQ(Day::at(instant, "Asia/Tokyo"), day(2026, 3, 8));
-    EXPECT_FALSE(Day::at(instant, "Nowhere/Atlantis").has_value());
-    EXPECT_EQ(day(2026, 3, 8).unixSeconds(), static_cast<double>(day(2026, 3, 8).count) * 86400.0);
 }
 
 TEST(YearMonth, ArithmeticLengthsAndOrder) {

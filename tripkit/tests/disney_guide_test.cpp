@@ -62,7 +62,7 @@ TEST_F(DisneyGuideTest, RoundTripsAndGuidesThatCannotPriceDoNotDecode) {
     }
 }
 
-TEST_F(DisneyGuideTest, SeasonLevelsAndWeekdayRates) {
+TEST_F(DisneyGuideTest, SeasonLevelsWeekdayRatesAndBusyDates) {
     EXPECT_DOUBLE_EQ(guide.seasonLevel(d(2027, 1, 4)), 0);
     EXPECT_DOUBLE_EQ(guide.seasonLevel(d(2027, 2, 28)), 0.25);
     EXPECT_DOUBLE_EQ(guide.seasonLevel(d(2027, 3, 15)), 1);
@@ -90,9 +90,18 @@ TEST_F(DisneyGuideTest, SeasonLevelsAndWeekdayRates) {
     EXPECT_EQ(guide.calendar[3].baseRate(d(2027, 4, 3)), 200);  // four rates: the first
     EXPECT_EQ(guide.calendar[0].baseRate(d(2027, 1, 9)), 100);  // one rate
     EXPECT_EQ(DisneyGuide::Season{}.baseRate(d(2027, 1, 9)), 0);
+
+    // 4 July 2027 is a Sunday: off Saturday 3 to Monday 5 (the windows' own
+    // edges are Holidays' rules).
+    EXPECT_TRUE(guide.isBusy(d(2027, 7, 3)));
+    // Busy events come from the events calendar.
+    EXPECT_FALSE(guide.isBusy(d(2027, 10, 2)));
+    guide.busyEvents = {DayRange(d(2027, 10, 1), d(2027, 10, 3))};
+    EXPECT_TRUE(guide.isBusy(d(2027, 10, 3)));
+    EXPECT_FALSE(guide.isBusy(d(2027, 10, 4)));
 }
 
-TEST_F(DisneyGuideTest, ResortsScaleFromTheBaseResort) {
+TEST_F(DisneyGuideTest, ResortsScaleFromTheBaseResortAndStaysAddUp) {
     // The base resort prices at exactly the base rate.
     EXPECT_EQ(guide.nightlyRate(base(), d(2027, 2, 5)), 200);
     EXPECT_EQ(guide.nightlyRate(base(), d(2027, 1, 3)), std::nullopt);
@@ -111,9 +120,7 @@ TEST_F(DisneyGuideTest, ResortsScaleFromTheBaseResort) {
     wide.calendar[0].rates = {50};
     EXPECT_EQ(wide.nightlyRate(moderate(), d(2027, 3, 2)), 900);
     EXPECT_EQ(wide.nightlyRate(moderate(), d(2027, 1, 5)), 100);
-}
 
-TEST_F(DisneyGuideTest, HotelStays) {
     // Sunday 28 March, 3 nights: 480 + 450 + 450, within the published rates.
     auto stay = guide.hotelStay(moderate(), d(2027, 3, 28), 3, 1);
     ASSERT_TRUE(stay);
@@ -131,7 +138,7 @@ TEST_F(DisneyGuideTest, HotelStays) {
     EXPECT_EQ(guide.hotelStay(base(), d(2027, 1, 4), 0, 1)->total, 0);
 }
 
-TEST_F(DisneyGuideTest, TicketsAndHopper) {
+TEST_F(DisneyGuideTest, TicketsHopperAndLightningLane) {
     const auto totals = [&](int days, Day first, const DisneyGuide* g = nullptr) {
         return (g ? *g : guide).ticketTotals(days, kFamily, first, true, false);
     };
@@ -171,9 +178,7 @@ TEST_F(DisneyGuideTest, TicketsAndHopper) {
     EXPECT_THROW(other.ticketTotals(3, kFamily, d(2027, 2, 1), false, false), std::logic_error);
     other.baseResort = "Nowhere";
     EXPECT_THROW(other.nightlyRate(moderate(), d(2027, 2, 1)), std::logic_error);
-}
 
-TEST_F(DisneyGuideTest, LightningLane) {
     // Four people pay (the 2- and 1-year-olds do not); 6.5% tax.
     using LL = LightningLaneChoice;
     const Day jan31 = d(2027, 1, 31);  // level 0, then 1 February at 0.25
@@ -230,17 +235,6 @@ TEST_F(DisneyGuideTest, TransportAndTheParkGuideInterface) {
     EXPECT_FALSE(g.expressIncluded(guide.resorts[2]));
     EXPECT_EQ(g.ticketTotals(3, kFamily, d(2027, 2, 1), true, true),
               g.ticketTotals(3, kFamily, d(2027, 2, 1), true, false));
-}
-
-TEST_F(DisneyGuideTest, BusyDates) {
-    // 4 July 2027 is a Sunday: off Saturday 3 to Monday 5 (the windows' own
-    // edges are Holidays' rules).
-    EXPECT_TRUE(guide.isBusy(d(2027, 7, 3)));
-    // Busy events come from the events calendar.
-    EXPECT_FALSE(guide.isBusy(d(2027, 10, 2)));
-    guide.busyEvents = {DayRange(d(2027, 10, 1), d(2027, 10, 3))};
-    EXPECT_TRUE(guide.isBusy(d(2027, 10, 3)));
-    EXPECT_FALSE(guide.isBusy(d(2027, 10, 4)));
 }
 
 // check_guides.py checks the shipped guide's tables; here: it decodes, prices

@@ -40,7 +40,7 @@ TEST(EventCalendar, RoundTripsAndRejectsBrokenEvents) {
               "disney-events.json: events[0].first: not a date: 2026-13-01");
 }
 
-TEST(EventCalendar, BusyDaysAtTheEdgesOfEachSpan) {
+TEST(EventCalendar, BusyDaysAtTheEdgesOfEachSpanAndShipped) {
     const auto calendar = json::decodeDocument<EventCalendar>(kCalendar, "x");
 
     // Only busy events count (the festival's first days are quiet);
@@ -66,11 +66,9 @@ TEST(EventCalendar, BusyDaysAtTheEdgesOfEachSpan) {
     EXPECT_EQ(names(day(2026, 3, 1), day(2026, 3, 7)), Names{"Spring break"});
     EXPECT_EQ(names(day(2026, 4, 5), day(2026, 4, 12)), Names{"Easter weeks"});
     EXPECT_EQ(names(day(2026, 3, 21), day(2026, 3, 21)), (Names{"Spring break", "Easter weeks"}));
-}
 
-// check_guides.py checks the events' order and spans; here: it decodes, and
-// Christmas is busy while mid-September is not.
-TEST(EventCalendar, ShippedCalendarDecodes) {
+    // check_guides.py checks the shipped events' order and spans; here: it
+    // decodes, and Christmas is busy while mid-September is not.
     const EventCalendar& shipped = EventCalendar::shipped();
     EXPECT_TRUE(shipped.isBusy(day(2026, 12, 25)));
     EXPECT_FALSE(shipped.isBusy(day(2026, 9, 15)));

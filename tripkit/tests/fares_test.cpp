@@ -31,7 +31,7 @@ FareBook book(const std::string& origin, std::vector<Deal> deals, std::string up
     return b;
 }
 
-TEST(FaresDeals, FreshBeatsCheapTiesGoToTheMainAirportThenByCode) {
+TEST(FaresDeals, FreshBeatsCheapTiesGoToTheMainAirportAgeAndDepartureLimits) {
     auto out =
         Fares::deals({book("JFK", {deal("LIS", 300, 1), deal("CUN", 250, 0), deal("SJU", 99, 2)}),
                       book("EWR", {deal("LIS", 150, 5), deal("CUN", 250, 0), deal("SJU", 98, 3)})},
@@ -61,10 +61,9 @@ TEST(FaresDeals, FreshBeatsCheapTiesGoToTheMainAirportThenByCode) {
     out = Fares::deals(
         {book("JFK", {deal("LIS", 199, 0), deal("CUN", 199, 0), deal("AUA", 250, 0)})}, kToday);
     EXPECT_EQ(out[0].destination + out[1].destination + out[2].destination, "CUNLISAUA");
-}
 
-TEST(FaresDeals, AgeAndDepartureLimits) {
-    auto out = Fares::deals(
+    // Too old or out of the departure horizon.
+    out = Fares::deals(
         {book("JFK", {deal("AAA", 1, 8), deal("BBB", 2, 7), deal("CCC", 3, 0, -1),
                       deal("DDD", 4, 0, 330), deal("EEE", 5, 0, 331), deal("FFF", 6, 0, 0)})},
         kToday);
@@ -152,7 +151,7 @@ TEST(FaresQuote, FiltersAgeAndEstimates) {
     EXPECT_EQ(q.spread, 22);
 }
 
-TEST(FaresJson, ImpossibleFaresAreLeftOutAndCounted) {
+TEST(FaresJson, ImpossibleFaresLeftOutAndTheFastReaderReadsAsTheTree) {
     // Each row: a deal and whether a real fare could look like it.
     const std::vector<std::pair<std::string, bool>> deals = {
         {R"("price": 199, "stops": 0, "depart": "2026-12-01", "return": "2026-12-08")", true},
@@ -187,20 +186,14 @@ TEST(FaresJson, ImpossibleFaresAreLeftOutAndCounted) {
     EXPECT_EQ(Fares::deals({future}, kToday).size(), 1u);
     future = book("JFK", {deal("LIS", 99, std::nullopt)}, (kToday + 2).text());
     EXPECT_TRUE(Fares::deals({future}, kToday).empty());
-}
 
-TEST(FaresJson, TheFastReaderReadsPlainFilesAsTheTreeDoesAndLeavesTheRestToIt) {
     FareBook plain = book("JFK", {deal("LIS", 199.5, 1), deal("CUN", 0, std::nullopt)});
     plain.deals[1].returnDay.reset();
     plain.deals[0].advisory = "Exercise increased caution";
-    plain.deals[0].link = "https://example.com/?a=1&b=2";
     plain.toOrlando["2026-12-01"] = {FareOption{"NK", 59, 1, std::string("l"), kToday},
                                      FareOption{"B6", 89, -1, {}, {}}};
     plain.fromOrlando["2026-12-08"] = {};
     const std::string text = encode(plain).dump();
-    EXPECT_EQ(json::decodeDocument<FareBook>(text, "b.json"), plain);
-    EXPECT_NE(text.find(R"("return":")"), std::string::npos);  // stored as "return"
-    EXPECT_EQ(encode(plain.deals[1]).count("return"), 0u);     // absent, not null
     const std::string deal = R"({"destination":"LIS","city":"Lisbon","country":"Portugal",)"
                              R"("airline":"TP","price":199,"stops":0,"depart":"2026-12-01")";
     const std::string head =
@@ -230,13 +223,23 @@ TEST(FaresJson, TheFastReaderReadsPlainFilesAsTheTreeDoesAndLeavesTheRestToIt) {
     }
 }
 
-TEST(Fares, AirlinesNamesAndTheFilterForm) {
+TEST(Fares, AirlinesNamesAndTheJsonForms) {
     FareBook b = book("JFK", {});
     b.toOrlando["2026-12-01"] = {FareOption{"NK", 1, 0, {}, {}}, FareOption{"B6", 1, 0, {}, {}}};
     b.fromOrlando["bad day"] = {FareOption{"AA", 1, 0, {}, {}}, FareOption{"NK", 1, 0, {}, {}}};
     EXPECT_EQ(Fares::airlines(&b), (std::vector<std::string>{"AA", "B6", "NK"}));
     EXPECT_TRUE(Fares::airlines(nullptr).empty());
     EXPECT_EQ(Airline::display("ZZ"), "ZZ");  // an unknown code shows as itself
+
+    b = book("JFK", {deal("LIS", 199.5, 1), deal("CUN", 250, std::nullopt)});
+    b.deals[1].returnDay.reset();
+    b.deals[1].advisory = "Exercise increased caution";
+    b.deals[1].link = "https://example.com/?a=1&b=2";
+    b.toOrlando["2026-12-01"] = {FareOption{"NK", 59, 1, std::string("l"), kToday}};
+    const std::string text = encode(b).dump();
+    EXPECT_EQ(json::decodeDocument<FareBook>(text, "b.json"), b);
+    EXPECT_NE(text.find(R"("return":")"), std::string::npos);  // stored as "return"
+    EXPECT_EQ(encode(b.deals[1]).count("return"), 0u);         // absent, not null
     FareFilter f{{"B6", "AA"}, {"NK"}, true};
     EXPECT_EQ(json::decodeDocument<FareFilter>(encode(f).dump(), "f.json"), f);
 }

@@ -82,7 +82,7 @@ TEST(FeedHosts, FetchWalksTheHostsInOrder) {
     EXPECT_TRUE(fake.asked.empty());
 }
 
-TEST(FeedStatus, DecideAndExplain) {
+TEST(FeedStatus, DecideAndExplainAndFreshnessDayLimits) {
     const Day today = Day::fromCivil(2026, 11, 23);
     const Day yesterday = today - 1;
     using S = FeedStatus;
@@ -103,10 +103,7 @@ TEST(FeedStatus, DecideAndExplain) {
     EXPECT_EQ(S::emptyReason(S::loaded(), 0), (E{E::Kind::noneRecent, Day{}}));
     EXPECT_EQ(S::emptyReason(S::failed(), 0), std::nullopt);
     EXPECT_EQ(S::emptyReason(S::unavailable(), 0), std::nullopt);
-}
 
-TEST(Freshness, DayLimits) {
-    const Day today = Day::fromCivil(2026, 11, 23);
     EXPECT_FALSE(Freshness::isStale(today - 3, today));
     EXPECT_TRUE(Freshness::isStale(today - 4, today));
     EXPECT_FALSE(Freshness::isStale(std::nullopt, today));

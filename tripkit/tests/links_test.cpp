@@ -11,7 +11,7 @@ const std::string kFlights = "https://flights.example";
 const Day kDepart = Day::fromCivil(2027, 5, 14);
 const Day kReturn = Day::fromCivil(2027, 5, 21);
 
-TEST(Links, PercentEncoding) {
+TEST(Links, PercentEncodingAndFlightSearchPaths) {
     EXPECT_EQ(Links::percentEncoded("San Juan & Cancún a-b.c_d~e"),
               "San%20Juan%20%26%20Canc%C3%BAn%20a-b.c_d~e");
     // Every byte outside the kept set is encoded, and in upper-case hex.
@@ -21,9 +21,7 @@ TEST(Links, PercentEncoding) {
     EXPECT_EQ(encoded.size(), Links::unreserved.size() + 3 * (255 - Links::unreserved.size()));
     EXPECT_NE(encoded.find("%2B%2C-.%2F0"), std::string::npos);
     EXPECT_NE(encoded.find("%FF"), std::string::npos);
-}
 
-TEST(Links, FlightSearchPaths) {
     EXPECT_EQ(Links::flightPath("JFK", kDepart, "LIS", kReturn, {}), "/search/JFK1405LIS21051");
     EXPECT_EQ(Links::flightPath("JFK", Day::fromCivil(2027, 1, 3), "MCO", std::nullopt, {}),
               "/search/JFK0301MCO1");
@@ -44,7 +42,7 @@ TEST(Links, FlightSearchPaths) {
               kFlights + "/search/EWR1405CUN21051?marker=m%201");
 }
 
-TEST(Links, FareFileLinksAndTheMarker) {
+TEST(Links, FareFileLinksTheMarkerAndOnlySafeHttpsLinks) {
     // No scheme and no slash, a leading slash, a full address.
     // Paths go under the partner; a full address only when it is https on the
     // partner's own host. Path parts are percent-encoded, escapes kept.
@@ -88,9 +86,7 @@ TEST(Links, FareFileLinksAndTheMarker) {
     deal.destination = "L/S";
     EXPECT_EQ(Links::flightSearch(deal, kFlights, "42"),
               kFlights + "/search/JFK1405L%2FS1?marker=42");
-}
 
-TEST(Links, OnlySafeHttpsLinksAreOpened) {
     const struct {
         std::string url;
         bool safe;
@@ -115,7 +111,7 @@ TEST(Links, OnlySafeHttpsLinksAreOpened) {
     EXPECT_EQ(Links::hostOf("http://www.example/"), std::nullopt);
 }
 
-TEST(Links, RedirectsAndTargets) {
+TEST(Links, RedirectsTargetsAndPartnerSettingsByName) {
     const Links::Program hotels{"4115", "101"};
     const std::string target = "https://hotels.example/go?CityName=San Juan&x=1";
     const std::string encodedTarget =
@@ -143,9 +139,7 @@ TEST(Links, RedirectsAndTargets) {
                 "https://c.example/go/car/search/Airport/2027-05-14/2027-05-21?PickUpLoc=MCO"));
     EXPECT_EQ(Links::shopSearch("https://s.example", "rain jacket & hat", "tag-20"),
               "https://s.example/s?k=rain%20jacket%20%26%20hat&tag=tag-20");
-}
 
-TEST(PartnerConfig, ReadsSettingsByName) {
     std::map<std::string, std::string> env;
     auto setting = [&](const char* name) -> const char* {
         auto it = env.find(name);

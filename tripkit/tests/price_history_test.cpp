@@ -25,7 +25,7 @@ std::vector<double> hundredToThreeHundred() {
     return prices;
 }
 
-TEST(PriceCheck, PercentilesAndVerdictEdges) {
+TEST(PriceCheck, PercentilesVerdictEdgesAndWhatItNeeds) {
     std::vector<double> prices = hundredToThreeHundred();
     ASSERT_EQ(prices.size(), 21u);
     // Shuffled order must not matter.
@@ -51,10 +51,9 @@ TEST(PriceCheck, PercentilesAndVerdictEdges) {
     EXPECT_DOUBLE_EQ(PriceCheck::percentile({10, 20, 30, 40}, 0.25), 17.5);
     EXPECT_DOUBLE_EQ(PriceCheck::percentile({42}, 0.75), 42);
     EXPECT_DOUBLE_EQ(PriceCheck::percentile({}, 0.5), 0);
-}
 
-TEST(PriceCheck, NeedsTwentyOneNightsAndAPositivePrice) {
-    std::vector<double> prices(21, 200);
+    // Twenty-one nights and a positive price are needed.
+    prices.assign(21, 200);
     EXPECT_TRUE(PriceCheck::judge(200, series(prices), kToday));
     prices.pop_back();
     EXPECT_FALSE(PriceCheck::judge(200, series(prices), kToday));
@@ -64,10 +63,9 @@ TEST(PriceCheck, NeedsTwentyOneNightsAndAPositivePrice) {
     EXPECT_TRUE(PriceCheck::judge(0.01, series(prices), kToday));
 
     // Nights with gaps: days spans from the earliest night to today.
-    auto gappy = series(prices, 10);
-    const auto c = PriceCheck::judge(200, gappy, kToday).value();
-    EXPECT_EQ(c.nights, 21);
-    EXPECT_EQ(c.days, 31);
+    const auto gappy = PriceCheck::judge(200, series(prices, 10), kToday).value();
+    EXPECT_EQ(gappy.nights, 21);
+    EXPECT_EQ(gappy.days, 31);
 }
 
 TEST(PriceCheck, LowestInDaysRun) {
@@ -148,7 +146,7 @@ TEST(FareHistory, NightsCoverTheLastNinetyDays) {
     EXPECT_EQ(h.check(150, "LIS", kToday), PriceCheck::judge(150, nights, kToday));
 }
 
-TEST(HistoryBook, DecodesNightsAndRoundTrips) {
+TEST(PriceHistoryJson, HistoryBooksAndPriceChecksRoundTrip) {
     const std::string text = R"({"origin":"JFK","updated":"2026-11-20","from":"2026-11-01",
         "routes":{"LIS":[412,null,399.5,0,-3],"CUN":[]}})";
     const auto b = json::decodeDocument<HistoryBook>(text, "history/JFK.json");
@@ -163,9 +161,7 @@ TEST(HistoryBook, DecodesNightsAndRoundTrips) {
 
     EXPECT_EQ(testing::decodeError<HistoryBook>(testing::replaced(text, "399.5", R"("x")"), "h"),
               "h: routes.LIS[2]: expected a number");
-}
 
-TEST(PriceCheck, EncodesWithItsFieldNamesAndRoundTrips) {
     auto c = PriceCheck::judge(150, series(hundredToThreeHundred()), kToday).value();
     c.cheaperShare = 0.25;
     // The newest cheaper night (140) was 16 days before today: a run of 15.

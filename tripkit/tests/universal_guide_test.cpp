@@ -45,7 +45,7 @@ TEST(UniversalGuideDecoding, ValuesNoPriceSheetCanHold) {
     }
 }
 
-TEST_F(UniversalGuideTest, TicketPricePerGuest) {
+TEST_F(UniversalGuideTest, TicketPricePerGuestAndForAPartyWithTax) {
     using T = UniversalGuide::GuestTicket;
     // The 3-day ticket needs both three days and Epic Universe.
     EXPECT_EQ(guide.guestTicket(3, true, false), (T{344.99, 0}));
@@ -62,9 +62,7 @@ TEST_F(UniversalGuideTest, TicketPricePerGuest) {
     UniversalGuide noEpic = guide;
     noEpic.tickets.oneDay.pop_back();
     EXPECT_EQ(noEpic.guestTicket(2, true, false), (T{119, 0}));
-}
 
-TEST_F(UniversalGuideTest, TicketsForAPartyWithTax) {
     // The 9-year-old pays as an adult, the 2-year-old pays nothing: 3 guests.
     const Party family{2, {9, 2}};
     auto t = guide.ticketTotals(3, family, d(2027, 3, 1), true, true);
@@ -76,7 +74,7 @@ TEST_F(UniversalGuideTest, TicketsForAPartyWithTax) {
     EXPECT_EQ(guide.ticketTotals(2, Party{0, {2, 1}}, d(2027, 3, 1), false, true).tickets, 0);
 }
 
-TEST_F(UniversalGuideTest, HotelStaysWithinTheCoverage) {
+TEST_F(UniversalGuideTest, RoundTripsHotelsAsResortsAndStaysWithinTheCoverage) {
     // Checking out on the last covered day is priced; one day later is not.
     auto stay = guide.hotelStay(portofino(), d(2027, 6, 26), 4, 2);
     ASSERT_TRUE(stay);
@@ -92,9 +90,21 @@ TEST_F(UniversalGuideTest, HotelStaysWithinTheCoverage) {
     EXPECT_EQ(guide.nightlyRate(portofino(), d(2027, 6, 30)), 450);
     EXPECT_EQ(guide.nightlyRate(portofino(), d(2027, 7, 1)), std::nullopt);
     EXPECT_EQ(guide.nightlyRate(stranger, d(2027, 3, 1)), std::nullopt);
+
+    EXPECT_EQ(json::decodeDocument<UniversalGuide>(encode(guide).dump(), "again.json"), guide);
+    const ParkGuide& g = guide;
+    const auto resorts = g.parkResorts();
+    ASSERT_EQ(resorts.size(), 2u);
+    // A hotel's "from" rate is both ends of its range.
+    EXPECT_EQ(resorts[1].low, 450);
+    EXPECT_EQ(resorts[1].high, 450);
+    EXPECT_TRUE(g.expressIncluded(resorts[1]));
+    EXPECT_FALSE(g.expressIncluded(resorts[0]));
+    EXPECT_EQ(g.lightningLaneTotal(LightningLaneChoice::multiPass(3), 3, d(2027, 3, 1), Party{}),
+              0);
 }
 
-TEST_F(UniversalGuideTest, Transport) {
+TEST_F(UniversalGuideTest, TransportAndBusyDates) {
     const Party four{2, {9, 2}};  // and nobody on a lap
     // Every shuttle choice is priced as a rideshare.
     for (auto choice : {TransportChoice::mearsStandard, TransportChoice::mearsExpress,
@@ -108,9 +118,7 @@ TEST_F(UniversalGuideTest, Transport) {
     // A car each day, no parking.
     EXPECT_EQ(guide.transportTotal(TransportChoice::rentalCar, four, 4, surfside()), 300);
     EXPECT_EQ(guide.transportTotal(TransportChoice::ownCar, four, 4, surfside()), 0);
-}
 
-TEST_F(UniversalGuideTest, BusyDates) {
     // 1-2 January and 20-31 December; Memorial Day 2026 (Monday 25 May) is
     // off from Saturday 23; New Year 2027 falls on a Friday, off to Sunday 3
     // January, where the fixed dates do not reach.
@@ -128,20 +136,6 @@ TEST_F(UniversalGuideTest, BusyDates) {
     }
     // Disney has no fixed busy days in late December.
     EXPECT_FALSE(DisneyGuide::busyDate(d(2026, 12, 20), {}));
-}
-
-TEST_F(UniversalGuideTest, RoundTripsAndHotelsAsResortsWithExpress) {
-    EXPECT_EQ(json::decodeDocument<UniversalGuide>(encode(guide).dump(), "again.json"), guide);
-    const ParkGuide& g = guide;
-    const auto resorts = g.parkResorts();
-    ASSERT_EQ(resorts.size(), 2u);
-    // A hotel's "from" rate is both ends of its range.
-    EXPECT_EQ(resorts[1].low, 450);
-    EXPECT_EQ(resorts[1].high, 450);
-    EXPECT_TRUE(g.expressIncluded(resorts[1]));
-    EXPECT_FALSE(g.expressIncluded(resorts[0]));
-    EXPECT_EQ(g.lightningLaneTotal(LightningLaneChoice::multiPass(3), 3, d(2027, 3, 1), Party{}),
-              0);
 }
 
 // check_guides.py checks the shipped guide; here: it decodes, and the parks

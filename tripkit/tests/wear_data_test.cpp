@@ -61,7 +61,7 @@ WearMonth january(const std::vector<Row>& rows, std::optional<double> city = std
     return WearClimate::reduce(daily(dailyText(rows, coordinates)), {}, city)[0];
 }
 
-TEST(WearClimate, WetSnowAndPercentileRules) {
+TEST(WearClimate, WetSnowPercentileAndFillValueRules) {
     // Every day with exactly 1.0 mm is wet; 0.99 mm is dry.
     EXPECT_EQ(january({{20, 10, 1.0}, {20, 10, 1.0}}).rain, 1.0);
     EXPECT_EQ(january({{20, 10, 0.99}, {20, 10, 1.0}}).rain, 0.5);
@@ -83,17 +83,15 @@ TEST(WearClimate, WetSnowAndPercentileRules) {
     EXPECT_EQ(m.wind, 9);
     EXPECT_EQ(m.high, 20.3);  // 20.25 up, not to even
     EXPECT_EQ(m.uv, 0);       // no climatology value
-}
 
-TEST(WearClimate, FillValuesAreSkippedValueByValue) {
     // A missing minimum drops the whole day; missing rain, humidity or wind
     // only that value.
-    WearMonth m = january({{30, -999, 5, 10, 1}, {20, 10, -999, 50, -999}, {10, 0, 0, -999, 2}});
-    EXPECT_EQ(m.high, 15);
-    EXPECT_EQ(m.rain, 0);  // one precipitation day, dry
-    EXPECT_EQ(m.humidity, 50);
-    EXPECT_EQ(m.wind, 7.2);
-    EXPECT_EQ(m.coldNight, 0);
+    WearMonth fill = january({{30, -999, 5, 10, 1}, {20, 10, -999, 50, -999}, {10, 0, 0, -999, 2}});
+    EXPECT_EQ(fill.high, 15);
+    EXPECT_EQ(fill.rain, 0);  // one precipitation day, dry
+    EXPECT_EQ(fill.humidity, 50);
+    EXPECT_EQ(fill.wind, 7.2);
+    EXPECT_EQ(fill.coldNight, 0);
     // A fill value not quite −999 is still missing; −997.9 is a value.
     EXPECT_EQ(january({{20, 10, -998, 60, 3}, {20, 10, 2, 60, 3}}).rain, 1);
     EXPECT_EQ(january({{20, -997.9, 2}}).low, -997.9);

@@ -24,7 +24,7 @@ WearForecast::Doc::Step step(int hour, double temperature, double mm, double hum
     return s;
 }
 
-TEST(WearForecast, RainAndSnowThresholds) {
+TEST(WearForecast, RainSnowAndSampleRulesInstantsAndRequest) {
     struct Case {
         double mm;
         double rain;
@@ -60,9 +60,7 @@ TEST(WearForecast, RainAndSnowThresholds) {
         EXPECT_EQ(d.snow, c.snow) << c.mm;
         EXPECT_EQ(d.source, WearDay::Source::forecast);
     }
-}
 
-TEST(WearForecast, ADayNeedsMoreThanThreeSamples) {
     WearForecast::Doc doc;
     for (int i = 0; i < 3; ++i) doc.properties.timeseries.push_back(step(i, 5, 0));
     EXPECT_TRUE(WearForecast::days(doc, "UTC").empty());
@@ -81,6 +79,21 @@ TEST(WearForecast, ADayNeedsMoreThanThreeSamples) {
     EXPECT_EQ(d.high, 7);
     EXPECT_EQ(d.coldNight, 5);
     EXPECT_THROW(WearForecast::days(doc, "Mars/Olympus"), std::invalid_argument);
+
+    EXPECT_EQ(parseInstant("1970-01-02T00:00:00Z"), 86400);
+    EXPECT_EQ(parseInstant("2022-08-02T16:00:00Z"), parseInstant("2022-08-02T18:00:00+02:00"));
+    EXPECT_EQ(parseInstant("2022-08-02T16:00:00.250Z"), parseInstant("2022-08-02T16:00:00Z"));
+    for (const char* bad : {"2022-08-02", "2022-08-02T16:00Z", "2022-13-02T16:00:00Z",
+                            "2022-08-02T16:00:00+2", "yesterday at noon"}) {
+        EXPECT_FALSE(parseInstant(bad).has_value()) << bad;
+    }
+    EXPECT_EQ(
+        testing::decodeError<WearForecast::Doc>(
+            R"({"properties":{"timeseries":[{"time":"soon","data":{"instant":{"details":{}}}}]}})",
+            "forecast.json"),
+        "forecast.json: properties.timeseries[0].time: expected an ISO 8601 instant");
+    EXPECT_EQ(WearForecast::path(52.52, 13.405),
+              "/weatherapi/locationforecast/2.0/complete?lat=52.5200&lon=13.4050");
 }
 
 TEST(WearForecast, RealResponseGroupedByTheLocalDay) {
@@ -104,23 +117,6 @@ TEST(WearForecast, RealResponseGroupedByTheLocalDay) {
     // In UTC the same steps fall on other days.
     const auto utc = WearForecast::days(doc, "UTC");
     EXPECT_EQ(utc.at(Day::fromCivil(2022, 8, 5)).high, 23.3);
-}
-
-TEST(WearForecast, InstantsAndRequest) {
-    EXPECT_EQ(parseInstant("1970-01-02T00:00:00Z"), 86400);
-    EXPECT_EQ(parseInstant("2022-08-02T16:00:00Z"), parseInstant("2022-08-02T18:00:00+02:00"));
-    EXPECT_EQ(parseInstant("2022-08-02T16:00:00.250Z"), parseInstant("2022-08-02T16:00:00Z"));
-    for (const char* bad : {"2022-08-02", "2022-08-02T16:00Z", "2022-13-02T16:00:00Z",
-                            "2022-08-02T16:00:00+2", "yesterday at noon"}) {
-        EXPECT_FALSE(parseInstant(bad).has_value()) << bad;
-    }
-    EXPECT_EQ(
-        testing::decodeError<WearForecast::Doc>(
-            R"({"properties":{"timeseries":[{"time":"soon","data":{"instant":{"details":{}}}}]}})",
-            "forecast.json"),
-        "forecast.json: properties.timeseries[0].time: expected an ISO 8601 instant");
-    EXPECT_EQ(WearForecast::path(52.52, 13.405),
-              "/weatherapi/locationforecast/2.0/complete?lat=52.5200&lon=13.4050");
 }
 
 }  // namespace

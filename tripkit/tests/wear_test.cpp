@@ -243,7 +243,7 @@ TEST(WhatToWear, WeatherNotesAtTheirThresholds) {
     EXPECT_EQ(guideFor(close).summary[0], "Highs around 22°C, lows around 12°C.");
 }
 
-TEST(WhatToWear, LaundryAndLongTripCounts) {
+TEST(WhatToWear, LaundryLongTripsTopsBottomsAndShorts) {
     const auto days = trip(20, weather(20, 12));
     const WearGuide plain = guideFor(days);
     EXPECT_EQ(plain.planDays, 14);
@@ -263,9 +263,7 @@ TEST(WhatToWear, LaundryAndLongTripCounts) {
     const auto frozen = trip(20, weather(1, -5));
     EXPECT_EQ(countOf(guideFor(frozen), "thermal-top"), 3);
     EXPECT_EQ(countOf(guideFor(frozen, {}, true), "thermal-bottoms"), 2);
-}
 
-TEST(WhatToWear, TopsBottomsAndShorts) {
     const WearDay warm = weather(26, 18);  // warm day, mild night
     const WearDay cool = weather(15, 8);
     const auto mixed = [&](int n, int warmDays) {

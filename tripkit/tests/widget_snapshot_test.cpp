@@ -7,7 +7,7 @@ namespace {
 
 const Day kToday = Day::fromCivil(2026, 11, 20);
 
-TEST(WidgetSnapshot, ShowingByAge) {
+TEST(WidgetSnapshot, ShowingByAgeAndCappedDay) {
     WidgetSnapshot s;
     auto at = [&](int daysAgo) {
         s.updated = kToday - daysAgo;
@@ -18,9 +18,7 @@ TEST(WidgetSnapshot, ShowingByAge) {
     EXPECT_EQ(at(4), WidgetSnapshot::Showing::dated);
     EXPECT_EQ(at(7), WidgetSnapshot::Showing::dated);
     EXPECT_EQ(at(8), WidgetSnapshot::Showing::expired);
-}
 
-TEST(WidgetSnapshot, CappedDay) {
     EXPECT_EQ(WidgetSnapshot::cappedDay("2026-11-19", kToday), kToday - 1);
     EXPECT_EQ(WidgetSnapshot::cappedDay("2026-11-21", kToday), kToday);
     EXPECT_EQ(WidgetSnapshot::cappedDay("2027-01-01T08:00:00Z", kToday), kToday);
