@@ -121,7 +121,6 @@ TEST(Advisories, SafeAndFunFilterAndTheJoin) {
               (std::vector<std::string>{"MIA", "SJU"}));
 
     EXPECT_EQ(Advisories::of(catalog[1], advisories)->level, 2);
-    EXPECT_EQ(Advisories::of(catalog[8], advisories), nullptr);
 
     std::vector<std::string> portugal;
     for (const Destination* d : Advisories::destinations(advisories.at("PO"), catalog))

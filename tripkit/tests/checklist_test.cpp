@@ -4,7 +4,8 @@
 
 #include <set>
 
-namespace tripkit {
+using namespace tripkit;
+
 namespace {
 
 Destination place(std::string name, bool domestic, std::vector<std::string> categories) {
@@ -84,4 +85,3 @@ TEST(EntryBasics, APassportAbroadPhotoIdAtHomeAndTheReminderDay) {
 }
 
 }  // namespace
-}  // namespace tripkit

@@ -4,7 +4,8 @@
 
 #include <map>
 
-namespace tripkit {
+using namespace tripkit;
+
 namespace {
 
 TEST(Config, EnvironmentThenBuiltInValue) {
@@ -31,4 +32,3 @@ TEST(Config, EnvironmentThenBuiltInValue) {
 }
 
 }  // namespace
-}  // namespace tripkit

@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-namespace tripkit {
+using namespace tripkit;
+
 namespace {
 
 Day day(std::int64_t y, int m, int d) {
@@ -77,4 +78,3 @@ TEST(YearMonth, ArithmeticLengthsAndOrder) {
 }
 
 }  // namespace
-}  // namespace tripkit

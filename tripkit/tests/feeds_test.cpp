@@ -6,7 +6,8 @@
 
 #include <map>
 
-namespace tripkit {
+using namespace tripkit;
+
 namespace {
 
 const std::string kDefault = "https://data.example.org/roamwise-data/";
@@ -119,4 +120,3 @@ TEST(FeedStatus, DecideAndExplainAndFreshnessDayLimits) {
 }
 
 }  // namespace
-}  // namespace tripkit

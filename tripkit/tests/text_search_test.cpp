@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-namespace tripkit {
+using namespace tripkit;
+
 namespace {
 
 using Fields = std::vector<std::optional<std::string>>;
@@ -74,4 +75,3 @@ TEST(TextSearch, LettersOfEveryScriptMakeWordsInvalidUtf8DoesNot) {
 }
 
 }  // namespace
-}  // namespace tripkit

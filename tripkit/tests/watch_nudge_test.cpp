@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-namespace tripkit {
+using namespace tripkit;
+
 namespace {
 
 TEST(WatchNudge, OffersOnTheSecondOpeningOncePerPlace) {
@@ -51,4 +52,3 @@ TEST(WatchNudge, RoundTripsAndNeedsBothKeys) {
 }
 
 }  // namespace
-}  // namespace tripkit

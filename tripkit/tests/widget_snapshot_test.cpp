@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-namespace tripkit {
+using namespace tripkit;
+
 namespace {
 
 const Day kToday = Day::fromCivil(2026, 11, 20);
@@ -42,4 +43,3 @@ TEST(WidgetSnapshot, RoundTripsWithOptionalKeysLeftOut) {
 }
 
 }  // namespace
-}  // namespace tripkit
