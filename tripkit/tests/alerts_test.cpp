@@ -95,7 +95,7 @@ TEST(Alerts, CheckRulesAndRoutePricesFromFreshFaresInsideTheWindow) {
 // $1,195 on 1 February. At Universal, $1,173 on any January weekday.
 using testing::parkSearch;
 
-TEST(Alerts, ThemeParkWatchesTakeTheLowestTotalThreeDaysEitherSide) {
+TEST(Alerts, ThemeParkWatchesNotificationTextsAndTheWatchFileForm) {
     const DisneyGuide disney = testing::testDisneyGuide();
     const UniversalGuide universal = testing::testUniversalGuide();
     const Airport here{"HOM", "Home", "FL", "", 28.43, -81.31};  // typical fares at the floor
@@ -147,9 +147,7 @@ TEST(Alerts, ThemeParkWatchesTakeTheLowestTotalThreeDaysEitherSide) {
     EXPECT_TRUE((Watch::Disney{byId, {}}.isUniversal(&universal)));
     byId.resorts.ids.push_back("base");
     EXPECT_FALSE((Watch::Disney{byId, {}}.isUniversal(&universal)));
-}
 
-TEST(Alerts, NotificationTextsAndTheWatchFileForm) {
     Watch route = routeWatch(std::nullopt, 1305, std::nullopt);
     const WatchAlert dropped{kID, 1299.5, 1305, WatchAlert::Reason::dropped};
     auto n = AlertNotification::of(route, dropped, kToday);

@@ -62,7 +62,7 @@ TEST_F(DisneyGuideTest, RoundTripsAndGuidesThatCannotPriceDoNotDecode) {
     }
 }
 
-TEST_F(DisneyGuideTest, SeasonLevelsWeekdayRatesAndBusyDates) {
+TEST_F(DisneyGuideTest, SeasonsWeekdayRatesBusyDatesResortsAndStays) {
     EXPECT_DOUBLE_EQ(guide.seasonLevel(d(2027, 1, 4)), 0);
     EXPECT_DOUBLE_EQ(guide.seasonLevel(d(2027, 2, 28)), 0.25);
     EXPECT_DOUBLE_EQ(guide.seasonLevel(d(2027, 3, 15)), 1);
@@ -98,9 +98,7 @@ TEST_F(DisneyGuideTest, SeasonLevelsWeekdayRatesAndBusyDates) {
     guide.busyEvents = {DayRange(d(2027, 10, 1), d(2027, 10, 3))};
     EXPECT_TRUE(guide.isBusy(d(2027, 10, 3)));
     EXPECT_FALSE(guide.isBusy(d(2027, 10, 4)));
-}
 
-TEST_F(DisneyGuideTest, ResortsScaleFromTheBaseResortAndStaysAddUp) {
     // The base resort prices at exactly the base rate.
     EXPECT_EQ(guide.nightlyRate(base(), d(2027, 2, 5)), 200);
     EXPECT_EQ(guide.nightlyRate(base(), d(2027, 1, 3)), std::nullopt);

@@ -58,7 +58,7 @@ TEST(Party, AgesDecideTicketsSeatsLapsRoomsAndFood) {
     EXPECT_EQ(FoodBudget({10.25, 0}).total(party(1), 1), 21);  // 20.5: half away from zero
 }
 
-TEST(Party, FlightSearchOfAPlannerLeg) {
+TEST(Party, FlightSearchOfAPlannerLegJsonFormsAndTheirLimits) {
     FareQuote leg;
     leg.day = d(2027, 5, 14);
     const Party family = party(2, {12, 8, 1});
@@ -70,9 +70,7 @@ TEST(Party, FlightSearchOfAPlannerLeg) {
     leg.link = "search/JFK1405MCO1";
     EXPECT_EQ(flightSearch(leg, "JFK", "MCO", family, base, "77"),
               base + "/search/JFK1405MCO1?marker=77");
-}
 
-TEST(Party, JsonFormsAndTheirLimits) {
     const auto p = json::decodeDocument<Party>(R"({"adults":2,"childAges":[9,0]})", "p.json");
     EXPECT_EQ(p, party(2, {9, 0}));
 

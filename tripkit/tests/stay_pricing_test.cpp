@@ -68,7 +68,7 @@ TEST(StayPricing, TablesPriceAsTheRules) {
 // guide publishes hotels through 30 March 2027 and tickets through 31 March,
 // its seasons run 4 January to 30 April (April carried forward); the
 // Universal one covers 1 January to 30 June 2027.
-TEST(StayPricing, PartsOutsideTheCoverageAreEstimated) {
+TEST(StayPricing, PartsOutsideTheCoverageEstimatedEveryAllowedResortAndCopies) {
     struct Case {
         bool disney;
         Day checkIn;
@@ -106,9 +106,7 @@ TEST(StayPricing, PartsOutsideTheCoverageAreEstimated) {
                                       s.lightningLane + s.transport + s.food);
         }
     }
-}
 
-TEST(StayPricing, EveryResortTheSearchAllowsAndACopyPricesByItsOwnFields) {
     const DisneyGuide guide = testDisneyGuide();
     const TripSearch search = searchOf(4, 3);  // value and moderate resorts
     const auto stays = priceStays(guide, search, d(2027, 2, 1));

@@ -38,7 +38,7 @@ TEST(TextSearch, EveryQueryWordMustBeginSomeFieldWordAbsentFieldsSkipped) {
     EXPECT_FALSE(TextSearch::matches("lax", {std::nullopt, "", "--"}));
 }
 
-TEST(TextSearch, FoldsCaseDiacriticsAndWidth) {
+TEST(TextSearch, FoldsCaseDiacriticsWidthLettersOfEveryScriptAndBadUtf8) {
     EXPECT_EQ(TextSearch::fold("BOGOTÁ"), "bogota");
     // Full width, and an ideographic space.
     EXPECT_EQ(TextSearch::fold("Ｌｏｓ　ＡＮＧＥＬＥＳ"), "los angeles");
@@ -53,9 +53,7 @@ TEST(TextSearch, FoldsCaseDiacriticsAndWidth) {
     EXPECT_TRUE(TextSearch::matches("lax", {"ＬＡＸ"}));
     // A soft hyphen inside a word is ignored rather than splitting it.
     EXPECT_TRUE(TextSearch::matches("sanjo", {"San\xC2\xADJosé"}));
-}
 
-TEST(TextSearch, LettersOfEveryScriptMakeWordsInvalidUtf8DoesNot) {
     EXPECT_EQ(TextSearch::words("Москва — Αθήνα, 東京"),
               (std::vector<std::string>{"москва", "αθηνα", "東京"}));
     EXPECT_TRUE(TextSearch::matches("моск", {"Москва"}));

@@ -45,7 +45,7 @@ TEST(UniversalGuideDecoding, ValuesNoPriceSheetCanHold) {
     }
 }
 
-TEST_F(UniversalGuideTest, TicketPricePerGuestAndForAPartyWithTax) {
+TEST_F(UniversalGuideTest, TicketsTransportAndBusyDates) {
     using T = UniversalGuide::GuestTicket;
     // The 3-day ticket needs both three days and Epic Universe.
     EXPECT_EQ(guide.guestTicket(3, true, false), (T{344.99, 0}));
@@ -72,38 +72,7 @@ TEST_F(UniversalGuideTest, TicketPricePerGuestAndForAPartyWithTax) {
     EXPECT_EQ(t.tickets, 127);  // 126.735
     EXPECT_EQ(t.hopper, 0);
     EXPECT_EQ(guide.ticketTotals(2, Party{0, {2, 1}}, d(2027, 3, 1), false, true).tickets, 0);
-}
 
-TEST_F(UniversalGuideTest, RoundTripsHotelsAsResortsAndStaysWithinTheCoverage) {
-    // Checking out on the last covered day is priced; one day later is not.
-    auto stay = guide.hotelStay(portofino(), d(2027, 6, 26), 4, 2);
-    ASSERT_TRUE(stay);
-    EXPECT_EQ(stay->total, 450 * 4 * 2);
-    EXPECT_FALSE(stay->estimated);
-    EXPECT_EQ(guide.hotelStay(portofino(), d(2027, 6, 27), 4, 1), std::nullopt);
-    EXPECT_EQ(guide.hotelStay(surfside(), d(2027, 1, 1), 2, 1)->total, 240);
-    EXPECT_EQ(guide.hotelStay(guide.hotels[0], d(2027, 1, 1), 2, 1)->total, 240);
-    ParkResort stranger = surfside();
-    stranger.id = "elsewhere";
-    EXPECT_EQ(guide.hotelStay(stranger, d(2027, 1, 1), 2, 1), std::nullopt);
-
-    EXPECT_EQ(guide.nightlyRate(portofino(), d(2027, 6, 30)), 450);
-    EXPECT_EQ(guide.nightlyRate(portofino(), d(2027, 7, 1)), std::nullopt);
-
-    EXPECT_EQ(json::decodeDocument<UniversalGuide>(encode(guide).dump(), "again.json"), guide);
-    const ParkGuide& g = guide;
-    const auto resorts = g.parkResorts();
-    ASSERT_EQ(resorts.size(), 2u);
-    // A hotel's "from" rate is both ends of its range.
-    EXPECT_EQ(resorts[1].low, 450);
-    EXPECT_EQ(resorts[1].high, 450);
-    EXPECT_TRUE(g.expressIncluded(resorts[1]));
-    EXPECT_FALSE(g.expressIncluded(resorts[0]));
-    EXPECT_EQ(g.lightningLaneTotal(LightningLaneChoice::multiPass(3), 3, d(2027, 3, 1), Party{}),
-              0);
-}
-
-TEST_F(UniversalGuideTest, TransportAndBusyDates) {
     const Party four{2, {9, 2}};  // and nobody on a lap
     // Every shuttle choice is priced as a rideshare.
     for (auto choice : {TransportChoice::mearsStandard, TransportChoice::mearsExpress,
@@ -135,6 +104,35 @@ TEST_F(UniversalGuideTest, TransportAndBusyDates) {
     }
     // Disney has no fixed busy days in late December.
     EXPECT_FALSE(DisneyGuide::busyDate(d(2026, 12, 20), {}));
+}
+
+TEST_F(UniversalGuideTest, RoundTripsHotelsAsResortsAndStaysWithinTheCoverage) {
+    // Checking out on the last covered day is priced; one day later is not.
+    auto stay = guide.hotelStay(portofino(), d(2027, 6, 26), 4, 2);
+    ASSERT_TRUE(stay);
+    EXPECT_EQ(stay->total, 450 * 4 * 2);
+    EXPECT_FALSE(stay->estimated);
+    EXPECT_EQ(guide.hotelStay(portofino(), d(2027, 6, 27), 4, 1), std::nullopt);
+    EXPECT_EQ(guide.hotelStay(surfside(), d(2027, 1, 1), 2, 1)->total, 240);
+    EXPECT_EQ(guide.hotelStay(guide.hotels[0], d(2027, 1, 1), 2, 1)->total, 240);
+    ParkResort stranger = surfside();
+    stranger.id = "elsewhere";
+    EXPECT_EQ(guide.hotelStay(stranger, d(2027, 1, 1), 2, 1), std::nullopt);
+
+    EXPECT_EQ(guide.nightlyRate(portofino(), d(2027, 6, 30)), 450);
+    EXPECT_EQ(guide.nightlyRate(portofino(), d(2027, 7, 1)), std::nullopt);
+
+    EXPECT_EQ(json::decodeDocument<UniversalGuide>(encode(guide).dump(), "again.json"), guide);
+    const ParkGuide& g = guide;
+    const auto resorts = g.parkResorts();
+    ASSERT_EQ(resorts.size(), 2u);
+    // A hotel's "from" rate is both ends of its range.
+    EXPECT_EQ(resorts[1].low, 450);
+    EXPECT_EQ(resorts[1].high, 450);
+    EXPECT_TRUE(g.expressIncluded(resorts[1]));
+    EXPECT_FALSE(g.expressIncluded(resorts[0]));
+    EXPECT_EQ(g.lightningLaneTotal(LightningLaneChoice::multiPass(3), 3, d(2027, 3, 1), Party{}),
+              0);
 }
 
 // check_guides.py checks the shipped guide; here: it decodes, and the parks

@@ -95,7 +95,7 @@ TEST(WearClimate, WetSnowPercentileAndFillValueRules) {
     EXPECT_EQ(january({{20, -997.9, 2}}).low, -997.9);
 }
 
-TEST(WearClimate, ElevationOffsetUsesTheLapseRateWithinEightDegrees) {
+TEST(WearClimate, ElevationOffsetWithinEightDegreesAndAMonthWithoutDataFails) {
     struct Case {
         std::vector<double> coordinates;
         std::optional<double> city;
@@ -115,9 +115,7 @@ TEST(WearClimate, ElevationOffsetUsesTheLapseRateWithinEightDegrees) {
         EXPECT_NEAR(m.hotDay - m.high, 0, 1e-9);
         EXPECT_NEAR(m.low - m.high, -10, 1e-9);
     }
-}
 
-TEST(WearClimate, AMonthWithoutDataFailsThePlace) {
     const auto failure = [](const std::string& text) -> std::string {
         try {
             WearClimate::reduce(daily(text), {}, std::nullopt);
@@ -135,7 +133,7 @@ TEST(WearClimate, AMonthWithoutDataFailsThePlace) {
     EXPECT_EQ(failure(dailyText({Row{}})), "reduced");
 }
 
-TEST(WearClimate, RealUvClimatology) {
+TEST(WearClimate, RealUvClimatologyRequestPathsCacheKeyAndFetching) {
     // A climatology response without the UV parameter gives no UV (0).
     const auto phuket = json::decodeDocument<WearClimate::UvClimatology>(
         realData("nasa-power/climatology-point-phuket.json"), "phuket.json");
@@ -150,9 +148,7 @@ TEST(WearClimate, RealUvClimatology) {
     EXPECT_EQ(months[0].uv, 2.6);
     EXPECT_EQ(months[1].uv, 0);
     EXPECT_EQ(months[8].uv, 11.7);
-}
 
-TEST(WearClimate, RequestPathsCacheKeyAndFetching) {
     EXPECT_EQ(WearClimate::dailyPath(38.7223, -9.13933),
               "/api/temporal/daily/point?parameters=T2M_MAX,T2M_MIN,PRECTOTCORR,RH2M,WS10M"
               "&community=AG&longitude=-9.14&latitude=38.72&start=20060101&end=20251231"
