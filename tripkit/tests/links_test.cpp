@@ -164,9 +164,11 @@ TEST(Links, RedirectsTargetsAndPartnerSettingsByName) {
     env["RWToursLinks"] = "YES";
     EXPECT_EQ(PartnerConfig::read(setting).toursProgram, (Links::Program{"3333", "303"}));
 
-    // The links use them: hotels through the redirect, tours only
+    // The links use them: hotels through the redirect, cars plain, tours only
     // with a programme; a host configured without https gives no link at all.
     c.hosts.redirect = "https://r.example";
+    c.hosts.cars = "https://c.example";
+    EXPECT_TRUE(c.carLink("MCO", kDepart, kReturn)->starts_with("https://c.example/go/car/"));
     EXPECT_TRUE(c.hotelLink("Orlando", kDepart, kReturn, {{}})
                     ->starts_with("https://r.example/r?marker=12345&p=4115&u=https%3A%2F%2Fwww."));
     EXPECT_FALSE(c.toursLink("Orlando"));
