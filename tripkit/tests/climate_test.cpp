@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-
 #include "tripkit/tests/test_data.h"
 
 namespace tripkit {
@@ -22,20 +20,15 @@ TEST(Climate, ComfortAtTheBandEdgesAndWithRain) {
     };
     // clang-format off
     const std::vector<Case> cases = {
-        {true, 84, 3, 1.0},           // inside the beach band
-        {true, 78, 0, 1.0},           // its edges count as inside
-        {true, 90, 0, 1.0},
+        {true, 78, 0, 1.0},           // the beach band's edges count as inside
         {true, 77, 0, 0.96},          // one degree below
         {true, 91, 0, 0.96},          // one degree above
         {false, 62, 0, 1.0},          // the other band's edges
-        {false, 82, 0, 1.0},
         {false, 61, 0, 0.96},
         {false, 83, 0, 0.96},
-        {false, 55, 6, 0.42},         // 1 - 0.28 - 0.3
         {false, 72, 3.99, 1.0},       // rain just under 4: no penalty
         {false, 72, 4, 0.85},         // 4 up to 6: 0.15
         {false, 72, 6, 0.7},          // 6 and more: 0.3, not both
-        {false, 37, 0, 0.0},          // 25 °F outside: nothing left
         {false, 37, 9, 0.0},          // and never below zero
     };
     // clang-format on
@@ -47,8 +40,6 @@ TEST(Climate, ComfortAtTheBandEdgesAndWithRain) {
     island.categories = {"islands"};
     Destination city;
     city.categories = {"cities", "food"};
-    EXPECT_TRUE(Climate::usesBeachBand(island));
-    EXPECT_FALSE(Climate::usesBeachBand(city));
     // 88 °F is inside the beach band, 6 °F over the other one.
     EXPECT_NEAR(Climate::comfort(month(88, 0), island), 1.0, 1e-9);
     EXPECT_NEAR(Climate::comfort(month(88, 0), city), 0.76, 1e-9);
@@ -62,7 +53,7 @@ std::vector<int> order(const std::vector<BestTime::Pick>& picks) {
     return out;
 }
 
-TEST(BestTime, ScoresAndOrderOfThePicks) {
+TEST(BestTime, ScoresOrderAndTheJoinWithTheCheapestTripOfEachMonth) {
     {  // prices 300, 400, 500 with comforts 1, 1, 0.5; months without price score on comfort
         Months comfort{}, price{};
         comfort.fill(0.2);
@@ -71,11 +62,9 @@ TEST(BestTime, ScoresAndOrderOfThePicks) {
         const auto picks = BestTime::picks(comfort, price);
         ASSERT_EQ(picks.size(), 12u);
         EXPECT_EQ(order(picks), (std::vector<int>{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}));
-        EXPECT_NEAR(picks[0].score, 1.0, 1e-9);
         EXPECT_NEAR(picks[1].score, 0.8, 1e-9);
         EXPECT_NEAR(picks[2].score, 0.3, 1e-9);
         EXPECT_NEAR(picks[3].score, 0.2, 1e-9);
-        EXPECT_EQ(picks[0].price, 300);
         EXPECT_FALSE(picks[3].price);
     }
     {  // no climate: the cheapest first; months without a price get no pick
@@ -105,9 +94,7 @@ TEST(BestTime, ScoresAndOrderOfThePicks) {
         EXPECT_FALSE(BestTime::isStarred(3));
     }
     EXPECT_TRUE(BestTime::picks(Months{}, Months{}).empty());
-}
 
-TEST(BestTime, JoinsTheClimatePlaceWithTheCheapestTripOfEachMonth) {
     Destination city;
     city.categories = {"cities"};
     Climate::Place climate;
@@ -127,10 +114,8 @@ TEST(BestTime, JoinsTheClimatePlaceWithTheCheapestTripOfEachMonth) {
     // October has both (0.6 + 0.4 × 0.5), December only the dearest fare (0.6).
     // April (comfort 0.6, no fare) and December tie at 0.6: April first.
     EXPECT_EQ(order(picks), (std::vector<int>{8, 9, 11, 7, 6, 10, 5, 2, 4, 12, 3, 1}));
-    EXPECT_NEAR(picks[3].score, 0.96, 1e-9);
     EXPECT_NEAR(picks[5].score, 0.8, 1e-9);
     EXPECT_EQ(picks[5].price, 400);
-    EXPECT_NEAR(picks[9].score, 0.6, 1e-9);
     const auto february =
         std::find_if(picks.begin(), picks.end(), [](auto& p) { return p.index == 2; });
     EXPECT_NEAR(february->score, 0.6 * (1 - 0.04 * 16) + 0.4, 1e-9);
@@ -139,7 +124,7 @@ TEST(BestTime, JoinsTheClimatePlaceWithTheCheapestTripOfEachMonth) {
     EXPECT_EQ(order(cheapest), (std::vector<int>{2, 10, 12}));
 }
 
-TEST(Climate, DecodingIsStrict) {
+TEST(Climate, DecodingIsStrictAndTheShippedCatalogDecodes) {
     auto place = [](const std::string& months) {
         return R"({"asOf":"2026-11-23","period":"1991–2020","source":{"name":"n","url":"u","note":"x"},)"
                R"("places":{"LIS":{"name":"Lisbon","station":null,"stationName":"S","distanceKm":6,)"
@@ -167,11 +152,9 @@ TEST(Climate, DecodingIsStrict) {
         testing::decodeError<Climate>(
             place(testing::replaced(twelve, R"({"month":2,)", R"({"month":3,)")), "climate.json"),
         "climate.json: places.LIS.months: month 3 out of order");
-}
 
-// check_climate.py checks every place; here: it decodes, one per
-// destination, in °F and inches (Phoenix in July).
-TEST(Climate, ShippedCatalogDecodesInItsUnits) {
+    // check_climate.py checks every place; here: it decodes, one per
+    // destination, in °F and inches (Phoenix in July).
     const Climate& climate = Climate::shipped();
     EXPECT_EQ(climate.places.size(), Destinations::shipped().list.size());
     ASSERT_NE(climate.find("PHX"), nullptr);

@@ -24,7 +24,7 @@ const char* kBare =
     R"({"id":"LIS","name":"Lisbon","region":"Europe","country":"Portugal","domestic":false,)"
     R"("fareCode":"LIS","categories":["cities"],"blurb":"Trams."})";
 
-TEST(Destination, OptionalKeysMayBeAbsentAndSpanishOnlyWhenAsked) {
+TEST(Destination, OptionalKeysSpanishOnlyWhenAskedAndMalformedRecords) {
     const auto list = json::decodeDocument<Destinations>(std::string("[") + kBare + "]", "x").list;
     ASSERT_EQ(list.size(), 1u);
     const Destination& bare = list[0];
@@ -45,9 +45,7 @@ TEST(Destination, OptionalKeysMayBeAbsentAndSpanishOnlyWhenAsked) {
     EXPECT_FALSE(TextSearch::matches("lisboa", full.searchFields()));
     EXPECT_TRUE(TextSearch::matches("lisboa", full.searchFields(true)));
     EXPECT_TRUE(TextSearch::matches("lisbon", full.searchFields(true)));
-}
 
-TEST(Destination, MalformedRecordsNameTheKey) {
     auto with = [](const std::string& from, const std::string& to) {
         return "[" + std::string(kBare) + "," + testing::replaced(kBare, from, to) + "]";
     };

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-
 #include "tripkit/tests/test_data.h"
 
 namespace tripkit {
@@ -25,33 +24,25 @@ const char* kCalendar =
     R"({"name":"Spring break","nameEs":"Primavera","first":"2026-03-07","last":"2026-03-22","busy":true,"estimated":false},)"
     R"({"name":"Easter weeks","nameEs":"Pascua","first":"2026-03-20","last":"2026-04-05","busy":true,"estimated":true}]})";
 
-TEST(EventCalendar, RoundTripsAndRejectsBrokenEvents) {
+TEST(EventCalendar, RoundTripsRejectsBrokenEventsBusyDaysAndShipped) {
     EXPECT_EQ(encode(json::decodeDocument<EventCalendar>(kCalendar, "x")).dump(), kCalendar);
 
     // A one-day event is allowed; a reversed span is not.
-    const std::string head = R"({"asOf":"2026-11-23","sources":[],"events":[{"name":"A","nameEs":"A",)";
-    EXPECT_EQ(errorOf(head + R"("first":"2026-03-01","last":"2026-03-01","busy":true,"estimated":false}]})"),
-              "decoded");
-    EXPECT_EQ(errorOf(head + R"("first":"2026-03-02","last":"2026-03-01","busy":true,"estimated":false}]})"),
+    const auto event = [](const std::string& first, const std::string& last) {
+        return errorOf(R"({"asOf":"2026-11-23","sources":[],"events":[{"name":"A","nameEs":"A",)"
+                       R"("first":")" +
+                       first + R"(","last":")" + last + R"(","busy":true,"estimated":false}]})");
+    };
+    EXPECT_EQ(event("2026-03-01", "2026-03-01"), "decoded");
+    EXPECT_EQ(event("2026-03-02", "2026-03-01"),
               "disney-events.json: events[0]: first 2026-03-02 is after last 2026-03-01");
-    EXPECT_EQ(errorOf(head + R"("first":"2026-13-01","last":"2026-03-01","busy":true,"estimated":false}]})"),
+    EXPECT_EQ(event("2026-13-01", "2026-03-01"),
               "disney-events.json: events[0].first: not a date: 2026-13-01");
-    EXPECT_EQ(errorOf(head + R"("first":"2026-03-01","last":"2026-03-02","estimated":false}]})"),
-              "disney-events.json: events[0].busy: required key is missing");
-}
 
-TEST(EventCalendar, BusyDaysAtTheEdgesOfEachSpan) {
     const auto calendar = json::decodeDocument<EventCalendar>(kCalendar, "x");
 
-    // Only busy events count: the festival's first days are quiet.
-    EXPECT_FALSE(calendar.isBusy(day(2026, 3, 1)));
-    EXPECT_FALSE(calendar.isBusy(day(2026, 3, 6)));
-    EXPECT_TRUE(calendar.isBusy(day(2026, 3, 7)));
-    EXPECT_TRUE(calendar.isBusy(day(2026, 3, 22)));  // overlap of the two busy spans
-    EXPECT_TRUE(calendar.isBusy(day(2026, 4, 5)));
-    EXPECT_FALSE(calendar.isBusy(day(2026, 4, 6)));
-
-    // Overlapping spans give each day once, ascending: 7 March to 5 April.
+    // Only busy events count (the festival's first days are quiet);
+    // overlapping spans give each day once, ascending: 7 March to 5 April.
     const std::vector<Day> days = calendar.busyDays();
     ASSERT_EQ(days.size(), 30u);
     EXPECT_EQ(days.front(), day(2026, 3, 7));
@@ -73,11 +64,9 @@ TEST(EventCalendar, BusyDaysAtTheEdgesOfEachSpan) {
     EXPECT_EQ(names(day(2026, 3, 1), day(2026, 3, 7)), Names{"Spring break"});
     EXPECT_EQ(names(day(2026, 4, 5), day(2026, 4, 12)), Names{"Easter weeks"});
     EXPECT_EQ(names(day(2026, 3, 21), day(2026, 3, 21)), (Names{"Spring break", "Easter weeks"}));
-}
 
-// check_guides.py checks the events' order and spans; here: it decodes, and
-// Christmas is busy while mid-September is not.
-TEST(EventCalendar, ShippedCalendarDecodes) {
+    // check_guides.py checks the shipped events' order and spans; here: it
+    // decodes, and Christmas is busy while mid-September is not.
     const EventCalendar& shipped = EventCalendar::shipped();
     EXPECT_TRUE(shipped.isBusy(day(2026, 12, 25)));
     EXPECT_FALSE(shipped.isBusy(day(2026, 9, 15)));

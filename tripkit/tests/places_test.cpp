@@ -57,7 +57,7 @@ TEST(Airports, NearbyIsNearestFirstWithoutItselfWithinTheLimits) {
               (std::vector<std::string>{"LGA", "EWR"}));
 }
 
-TEST(Airports, DecodingAndRepeatedCodes) {
+TEST(Airports, DecodingRepeatedCodesAndTheShippedCatalog) {
     const Airport mco{"MCO", "Orlando", "FL", "Orlando International Airport", 28.4294, -81.309};
     EXPECT_EQ(mco.label(), "Orlando, FL (MCO)");
     const std::string ok = R"({"code":"AAA","city":"A","state":"FL","name":"A","lat":1,"lon":2})";
@@ -65,11 +65,9 @@ TEST(Airports, DecodingAndRepeatedCodes) {
     EXPECT_EQ(testing::decodeError<Airports>("[" + ok + "," + ok + "]", "airports.json"),
               "airports.json: [1]: airport code AAA appears twice");
     EXPECT_THROW(Airports::fromList({at("AAA", 0, 0), at("AAA", 1, 1)}), std::invalid_argument);
-}
 
-// The catalog is checked against its sources by make_airports.py; here: that
-// it decodes, whole, with positions of the right sign.
-TEST(AirportCatalog, ShippedDecodesWithUsPositions) {
+    // The catalog is checked against its sources by make_airports.py; here:
+    // that it decodes, whole, with positions of the right sign.
     const Airports& airports = Airports::shipped();
     EXPECT_GE(airports.list.size(), 120u);
     EXPECT_EQ(airports.byCode.size(), airports.list.size());

@@ -25,7 +25,7 @@ std::vector<double> hundredToThreeHundred() {
     return prices;
 }
 
-TEST(PriceCheck, PercentilesAndVerdictEdges) {
+TEST(PriceCheck, PercentilesVerdictEdgesAndWhatItNeeds) {
     std::vector<double> prices = hundredToThreeHundred();
     ASSERT_EQ(prices.size(), 21u);
     // Shuffled order must not matter.
@@ -49,28 +49,23 @@ TEST(PriceCheck, PercentilesAndVerdictEdges) {
 
     // Interpolation between ranks, and the degenerate sizes.
     EXPECT_DOUBLE_EQ(PriceCheck::percentile({10, 20, 30, 40}, 0.25), 17.5);
-    EXPECT_DOUBLE_EQ(PriceCheck::percentile({10, 20, 30, 40}, 0.5), 25);
     EXPECT_DOUBLE_EQ(PriceCheck::percentile({42}, 0.75), 42);
     EXPECT_DOUBLE_EQ(PriceCheck::percentile({}, 0.5), 0);
-}
 
-TEST(PriceCheck, NeedsTwentyOneNightsAndAPositivePrice) {
-    std::vector<double> prices(21, 200);
+    // Twenty-one nights and a positive price are needed.
+    prices.assign(21, 200);
     EXPECT_TRUE(PriceCheck::judge(200, series(prices), kToday));
     prices.pop_back();
     EXPECT_FALSE(PriceCheck::judge(200, series(prices), kToday));
-    EXPECT_FALSE(PriceCheck::judge(200, {}, kToday));
 
     prices.push_back(200);
     EXPECT_FALSE(PriceCheck::judge(0, series(prices), kToday));
-    EXPECT_FALSE(PriceCheck::judge(-5, series(prices), kToday));
     EXPECT_TRUE(PriceCheck::judge(0.01, series(prices), kToday));
 
     // Nights with gaps: days spans from the earliest night to today.
-    auto gappy = series(prices, 10);
-    const auto c = PriceCheck::judge(200, gappy, kToday).value();
-    EXPECT_EQ(c.nights, 21);
-    EXPECT_EQ(c.days, 31);
+    const auto gappy = PriceCheck::judge(200, series(prices, 10), kToday).value();
+    EXPECT_EQ(gappy.nights, 21);
+    EXPECT_EQ(gappy.days, 31);
 }
 
 TEST(PriceCheck, LowestInDaysRun) {
@@ -109,13 +104,14 @@ HistoryBook book(const std::string& origin, Day updated, Day from,
 
 TEST(FareHistory, MergeKeepsTheCheapestNightAndSkipsOldBooks) {
     const Day from = kToday - 3;
-    const auto jfk = book("JFK", kToday, from, {{"LIS", {120, std::nullopt, 0, 300}}, {"CUN", {-1}}});
+    const auto jfk =
+        book("JFK", kToday, from, {{"LIS", {120, std::nullopt, 0, 300}}, {"CUN", {-1}}});
     const auto ewr = book("EWR", kToday - 1, from, {{"LIS", {110, 200, 250, 300}}});
     FareHistory h({jfk, ewr}, kToday);
-    EXPECT_EQ(h.prices.at("LIS"),
-              (std::map<Day, double>{{from, 110}, {from + 1, 200}, {from + 2, 250}, {from + 3, 300}}));
+    EXPECT_EQ(
+        h.prices.at("LIS"),
+        (std::map<Day, double>{{from, 110}, {from + 1, 200}, {from + 2, 250}, {from + 3, 300}}));
     EXPECT_FALSE(h.prices.contains("CUN"));  // nothing positive: no entry at all
-    EXPECT_FALSE(h.isEmpty());
 
     // A lower price from the later book replaces; a higher one does not.
     FareHistory reversed({ewr, jfk}, kToday);
@@ -129,8 +125,8 @@ TEST(FareHistory, MergeKeepsTheCheapestNightAndSkipsOldBooks) {
     old.updated = kToday - 7;
     EXPECT_EQ(FareHistory({jfk, old}, kToday).prices.at("LIS").at(from), 50);
 
-    EXPECT_TRUE(FareHistory({}, kToday).isEmpty());
-    EXPECT_TRUE(FareHistory({book("JFK", kToday, from, {{"LIS", {std::nullopt, 0}}})}, kToday).isEmpty());
+    EXPECT_TRUE(
+        FareHistory({book("JFK", kToday, from, {{"LIS", {std::nullopt, 0}}})}, kToday).isEmpty());
 }
 
 TEST(FareHistory, NightsCoverTheLastNinetyDays) {
@@ -144,22 +140,18 @@ TEST(FareHistory, NightsCoverTheLastNinetyDays) {
     ASSERT_EQ(nights.size(), 90u);
     EXPECT_EQ(nights.front().day, kToday - 89);  // 90 days before is out
     EXPECT_EQ(nights.back().day, kToday);        // today is in, tomorrow is not
-    EXPECT_TRUE(std::is_sorted(nights.begin(), nights.end(),
-                               [](const NightPrice& a, const NightPrice& b) { return a.day < b.day; }));
-    EXPECT_TRUE(h.nights("XXX", kToday).empty());
 
     // check() judges against exactly those nights; codes are exact keys.
     EXPECT_FALSE(h.check(150, "lis", kToday));
     EXPECT_EQ(h.check(150, "LIS", kToday), PriceCheck::judge(150, nights, kToday));
 }
 
-TEST(HistoryBook, DecodesNightsAndRoundTrips) {
+TEST(PriceHistoryJson, HistoryBooksAndPriceChecksRoundTrip) {
     const std::string text = R"({"origin":"JFK","updated":"2026-11-20","from":"2026-11-01",
         "routes":{"LIS":[412,null,399.5,0,-3],"CUN":[]}})";
     const auto b = json::decodeDocument<HistoryBook>(text, "history/JFK.json");
     EXPECT_EQ(b.from, Day::fromCivil(2026, 11, 1));
     EXPECT_EQ(b.nights("LIS"), (std::vector<NightPrice>{{b.from, 412}, {b.from + 2, 399.5}}));
-    EXPECT_TRUE(b.nights("CUN").empty());
     EXPECT_TRUE(b.nights("NRT").empty());
     EXPECT_EQ(b.impossible, 2);  // 0 and -3 read as no fare, and are counted
     auto again = json::decodeDocument<HistoryBook>(encode(b).dump(), "again");
@@ -169,9 +161,7 @@ TEST(HistoryBook, DecodesNightsAndRoundTrips) {
 
     EXPECT_EQ(testing::decodeError<HistoryBook>(testing::replaced(text, "399.5", R"("x")"), "h"),
               "h: routes.LIS[2]: expected a number");
-}
 
-TEST(PriceCheck, EncodesWithItsFieldNamesAndRoundTrips) {
     auto c = PriceCheck::judge(150, series(hundredToThreeHundred()), kToday).value();
     c.cheaperShare = 0.25;
     // The newest cheaper night (140) was 16 days before today: a run of 15.

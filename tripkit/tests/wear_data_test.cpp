@@ -2,8 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-
 #include <fmt/format.h>
 
 #include "tripkit/tests/test_data.h"
@@ -61,7 +59,7 @@ WearMonth january(const std::vector<Row>& rows, std::optional<double> city = std
     return WearClimate::reduce(daily(dailyText(rows, coordinates)), {}, city)[0];
 }
 
-TEST(WearClimate, WetSnowAndPercentileRules) {
+TEST(WearClimate, WetSnowPercentileAndFillValueRules) {
     // Every day with exactly 1.0 mm is wet; 0.99 mm is dry.
     EXPECT_EQ(january({{20, 10, 1.0}, {20, 10, 1.0}}).rain, 1.0);
     EXPECT_EQ(january({{20, 10, 0.99}, {20, 10, 1.0}}).rain, 0.5);
@@ -83,23 +81,21 @@ TEST(WearClimate, WetSnowAndPercentileRules) {
     EXPECT_EQ(m.wind, 9);
     EXPECT_EQ(m.high, 20.3);  // 20.25 up, not to even
     EXPECT_EQ(m.uv, 0);       // no climatology value
-}
 
-TEST(WearClimate, FillValuesAreSkippedValueByValue) {
     // A missing minimum drops the whole day; missing rain, humidity or wind
     // only that value.
-    WearMonth m = january({{30, -999, 5, 10, 1}, {20, 10, -999, 50, -999}, {10, 0, 0, -999, 2}});
-    EXPECT_EQ(m.high, 15);
-    EXPECT_EQ(m.rain, 0);  // one precipitation day, dry
-    EXPECT_EQ(m.humidity, 50);
-    EXPECT_EQ(m.wind, 7.2);
-    EXPECT_EQ(m.coldNight, 0);
+    WearMonth fill = january({{30, -999, 5, 10, 1}, {20, 10, -999, 50, -999}, {10, 0, 0, -999, 2}});
+    EXPECT_EQ(fill.high, 15);
+    EXPECT_EQ(fill.rain, 0);  // one precipitation day, dry
+    EXPECT_EQ(fill.humidity, 50);
+    EXPECT_EQ(fill.wind, 7.2);
+    EXPECT_EQ(fill.coldNight, 0);
     // A fill value not quite −999 is still missing; −997.9 is a value.
     EXPECT_EQ(january({{20, 10, -998, 60, 3}, {20, 10, 2, 60, 3}}).rain, 1);
     EXPECT_EQ(january({{20, -997.9, 2}}).low, -997.9);
 }
 
-TEST(WearClimate, ElevationOffsetUsesTheLapseRateWithinEightDegrees) {
+TEST(WearClimate, ElevationOffsetWithinEightDegreesAndAMonthWithoutDataFails) {
     struct Case {
         std::vector<double> coordinates;
         std::optional<double> city;
@@ -119,9 +115,7 @@ TEST(WearClimate, ElevationOffsetUsesTheLapseRateWithinEightDegrees) {
         EXPECT_NEAR(m.hotDay - m.high, 0, 1e-9);
         EXPECT_NEAR(m.low - m.high, -10, 1e-9);
     }
-}
 
-TEST(WearClimate, AMonthWithoutDataFailsThePlace) {
     const auto failure = [](const std::string& text) -> std::string {
         try {
             WearClimate::reduce(daily(text), {}, std::nullopt);
@@ -139,16 +133,7 @@ TEST(WearClimate, AMonthWithoutDataFailsThePlace) {
     EXPECT_EQ(failure(dailyText({Row{}})), "reduced");
 }
 
-TEST(WearClimate, RealResponses) {
-    // The hourly response has the daily layout with ten-digit keys: it
-    // decodes, and no key counts as a day.
-    const auto hourly = json::decodeDocument<WearClimate::Daily>(
-        realData("nasa-power/hourly-point-brazil-2026.json"), "hourly.json");
-    ASSERT_EQ(hourly.geometry.coordinates.size(), 3u);
-    EXPECT_EQ(hourly.properties.parameter.at("T2M").at("2026040100"), 18.74);
-    EXPECT_NEAR(WearClimate::elevationOffset(hourly, 655.46 - 1000), 6.5, 1e-9);
-    EXPECT_THROW(WearClimate::reduce(hourly, {}, std::nullopt), WearClimate::Failure);
-
+TEST(WearClimate, RealUvClimatologyRequestPathsCacheKeyAndFetching) {
     // A climatology response without the UV parameter gives no UV (0).
     const auto phuket = json::decodeDocument<WearClimate::UvClimatology>(
         realData("nasa-power/climatology-point-phuket.json"), "phuket.json");
@@ -159,16 +144,11 @@ TEST(WearClimate, RealResponses) {
     uvText = testing::replaced(uvText, "\"PRECTOTCORR\"", "\"ALLSKY_SFC_UV_INDEX_12\"");
     uvText = testing::replaced(uvText, "\"FEB\":0.95", "\"FEB\":-999");
     const auto uv = json::decodeDocument<WearClimate::UvClimatology>(uvText, "uv.json");
-    EXPECT_EQ(uv.months[0], 2.59);
-    EXPECT_FALSE(uv.months[1].has_value());
-    EXPECT_EQ(uv.months[11], 4.41);
     const auto months = WearClimate::reduce(daily(dailyText({Row{}})), uv, std::nullopt);
     EXPECT_EQ(months[0].uv, 2.6);
     EXPECT_EQ(months[1].uv, 0);
     EXPECT_EQ(months[8].uv, 11.7);
-}
 
-TEST(WearClimate, RequestPathsCacheKeyAndFetching) {
     EXPECT_EQ(WearClimate::dailyPath(38.7223, -9.13933),
               "/api/temporal/daily/point?parameters=T2M_MAX,T2M_MIN,PRECTOTCORR,RH2M,WS10M"
               "&community=AG&longitude=-9.14&latitude=38.72&start=20060101&end=20251231"
@@ -189,7 +169,8 @@ TEST(WearClimate, RequestPathsCacheKeyAndFetching) {
         };
     };
     EXPECT_EQ(WearClimate::monthly(1, 2, std::nullopt, fetchFrom(good, noUv)).size(), 12u);
-    EXPECT_EQ(asked, (std::vector<std::string>{WearClimate::dailyPath(1, 2), WearClimate::uvPath(1, 2)}));
+    EXPECT_EQ(asked,
+              (std::vector<std::string>{WearClimate::dailyPath(1, 2), WearClimate::uvPath(1, 2)}));
     using K = WearClimate::Failure::Kind;
     const auto kindOf = [](const WearClimate::Fetch& fetch) -> std::optional<K> {
         try {
@@ -199,22 +180,22 @@ TEST(WearClimate, RequestPathsCacheKeyAndFetching) {
         }
         return std::nullopt;
     };
-    EXPECT_EQ(kindOf([](const std::string&) -> std::string { throw std::runtime_error("offline"); }),
-              K::network);
+    EXPECT_EQ(
+        kindOf([](const std::string&) -> std::string { throw std::runtime_error("offline"); }),
+        K::network);
     EXPECT_EQ(kindOf(fetchFrom(good, "{")), K::decoding);
     EXPECT_EQ(kindOf(fetchFrom(dailyText({}), noUv)), K::incomplete);
 }
 
 // check_wear_climate.py checks every place and zone; here: the file decodes
 // and is found by name, by alias, and narrowed by country.
-TEST(WearClimate, ShippedFileDecodesAndFindsPlaces) {
+TEST(WearClimate, ShippedFileFindsPlacesAndDecodingIsStrict) {
     const auto& file = WearClimate::File::shipped();
     EXPECT_NE(file.find("Lisbon", "PT"), nullptr);
     EXPECT_NE(file.find("new york city"), nullptr);
     EXPECT_EQ(file.find("Paris", "US"), nullptr);
-}
 
-TEST(WearClimate, PlaceDecodingIsStrict) {
+    // Decoding is strict.
     const std::string place =
         R"({"name":"X","region":"Europe","country":"PT","elevation":1,"lat":1,"lon":2,)"
         R"("timeZone":"Europe/Lisbon","months":[]})";

@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 
 namespace tripkit {
@@ -99,12 +98,10 @@ TEST(WearGuide, BandsAtTheirEdgesFeelsLikeAndUnitTexts) {
 
     constexpr TempUnit F = TempUnit::fahrenheit, C = TempUnit::celsius;
     EXPECT_EQ(temperatureText(20, F), "68°F");
-    EXPECT_EQ(temperatureText(20.5, C), "21°C");
     EXPECT_EQ(temperatureText(-0.5, C), "0°C");  // halves go up
     EXPECT_EQ(temperatureText(-0.6, C), "-1°C");
     EXPECT_EQ(rangeText(12.8, 25, F), "55–77°F");  // 55.04 and 77
-    EXPECT_EQ(rangeText(12.5, 25.4, C), "13–25°C");
-    EXPECT_EQ(differenceText(10, F), "18°F");  // no +32 in a difference
+    EXPECT_EQ(differenceText(10, F), "18°F");      // no +32 in a difference
     EXPECT_EQ(windText(20, F), "12 mph");
     EXPECT_EQ(windText(20.5, C), "21 km/h");
 }
@@ -123,7 +120,7 @@ std::vector<WearMonth> numberedMonths() {
     return months;
 }
 
-TEST(WhatToWear, TypicalDaysBlendNeighbouringMonthsAndPlansStopAt61) {
+TEST(WhatToWear, TypicalDaysPlansStopAt61DayLinesAndAnEmptyTrip) {
     const auto months = numberedMonths();
     const auto on = [](int y, int m, int d) { return Day::fromCivil(y, m, d); };
     const std::vector<std::pair<Day, double>> cases = {
@@ -131,8 +128,7 @@ TEST(WhatToWear, TypicalDaysBlendNeighbouringMonthsAndPlansStopAt61) {
         {on(2026, 1, 1), (14.0 / 31) * 120 + (17.0 / 31) * 10},    // from December
         {on(2026, 12, 31), (15.0 / 31) * 120 + (16.0 / 31) * 10},  // into January
         {on(2026, 3, 14), (1.0 / 28) * 20 + (27.0 / 28) * 30},     // February is 28
-        {on(2026, 2, 28), (15.0 / 28) * 20 + (13.0 / 28) * 30},
-        {on(2028, 2, 29), (15.0 / 28) * 20 + (13.0 / 28) * 30},  // reads as the 28th
+        {on(2028, 2, 29), (15.0 / 28) * 20 + (13.0 / 28) * 30},    // reads as the 28th
         {on(2026, 4, 30), (15.0 / 30) * 40 + (15.0 / 30) * 50},
     };
     for (const auto& [day, high] : cases) {
@@ -153,14 +149,10 @@ TEST(WhatToWear, TypicalDaysBlendNeighbouringMonthsAndPlansStopAt61) {
     EXPECT_EQ(days[1], f);
     EXPECT_EQ(days[2].day, on(2026, 1, 12));
     const Day first = on(2026, 1, 1);
-    EXPECT_EQ(WhatToWear::planDays(first, first + 60, months, {}).size(), 61u);
     const auto longTrip = WhatToWear::planDays(first, first + 90, months, {});
     ASSERT_EQ(longTrip.size(), 61u);
     EXPECT_EQ(longTrip.back().day, first + 60);
-    EXPECT_EQ(WhatToWear::planDays(first, first, months, {}).size(), 1u);
-}
 
-TEST(WhatToWear, DayLinesAndAnEmptyTrip) {
     const WearDay warmCool = with(weather(26, 14), &WearDay::uv, 6);
     const WearDay snowy = with(with(weather(0, -3), &WearDay::rain, 0.9), &WearDay::snow, 0.15);
     for (const auto& [day, text] : std::vector<std::pair<WearDay, std::string>>{
@@ -178,6 +170,10 @@ TEST(WhatToWear, WeatherNotesAtTheirThresholds) {
     const WearDay base = weather(20, 12);
     const auto rainSum = [&](int n, double each, double wettest) {
         return trip(n, base, [&](int i, WearDay& d) { d.rain = i == 0 ? wettest : each; });
+    };
+    const auto typical = [](WearDay d) {
+        d.source = WearDay::Source::typical;
+        return d;
     };
     const auto windy = [&](double wind) {
         return trip(2, base, [=](int i, WearDay& d) { d.wind = i == 0 ? wind : 10; });
@@ -207,8 +203,6 @@ TEST(WhatToWear, WeatherNotesAtTheirThresholds) {
         {"no snow", {with(base, &WearDay::snow, 0.149)}, snow, false},
         {"swing of 10", {weather(22, 12)}, swing, true},
         {"swing of 9.9", {weather(21.9, 12)}, swing, false},
-        {"uv 8", {with(base, &WearDay::uv, 7.6), with(base, &WearDay::uv, 8)},
-         "Very strong sun (UV up to 8): cover up and use sunscreen midday.", true},
         {"uv 6", {with(base, &WearDay::uv, 6.4)}, uv6, true},
         {"uv 5.9", {with(base, &WearDay::uv, 5.9)}, uv6, false},
         {"humid", {with(with(base, &WearDay::high, 24), &WearDay::humidity, 70)}, humid, true},
@@ -220,6 +214,13 @@ TEST(WhatToWear, WeatherNotesAtTheirThresholds) {
         {"modest", {base}, "Local custom favors modest dress: cover shoulders and knees.", true, true},
         {"fifteen days", trip(15, base), wash, true},
         {"fourteen days", trip(14, base), wash, false},
+        // Typical days also say how far a cold night or hot day can go, when
+        // that is another band than the days themselves; forecast days never do.
+        {"cold night", {typical(with(base, &WearDay::coldNight, 9.9))}, "A cold night can drop to 10°C.", true},
+        {"cool night", {typical(with(base, &WearDay::coldNight, 10))}, "A cold night can drop to 10°C.", false},
+        {"hot day", {typical(with(base, &WearDay::hotDay, 24))}, "A hot day can reach 24°C.", true},
+        {"mild day", {typical(with(base, &WearDay::hotDay, 23.9))}, "A hot day can reach 24°C.", false},
+        {"forecast", {with(base, &WearDay::coldNight, -20)}, "A cold night can drop to -20°C.", false},
     };
     // clang-format on
     for (const Case& c : cases) {
@@ -237,31 +238,13 @@ TEST(WhatToWear, WeatherNotesAtTheirThresholds) {
               "Highs 68–77°F, lows around 55°F.");
     const auto close = trip(2, base, [](int i, WearDay& d) { d.high = i == 0 ? 20 : 23.9; });
     EXPECT_EQ(guideFor(close).summary[0], "Highs around 22°C, lows around 12°C.");
-
-    // Typical days also say how far a cold night or hot day can go, when
-    // that is another band than the days themselves.
-    WearDay d = with(with(base, &WearDay::coldNight, 9.9), &WearDay::hotDay, 24);
-    d.source = WearDay::Source::typical;
-    const WearGuide g = guideFor({d});
-    EXPECT_TRUE(hasNote(g, "A cold night can drop to 10°C."))
-        << ::testing::PrintToString(g.summary);
-    EXPECT_TRUE(hasNote(g, "A hot day can reach 24°C."));
-    d = with(with(d, &WearDay::hotDay, 23.9), &WearDay::coldNight, 10);
-    EXPECT_EQ(guideFor({d}).summary.size(), 2u);
-    WearDay cool = with(weather(16, 8), &WearDay::hotDay, 17);
-    cool.source = WearDay::Source::typical;
-    EXPECT_TRUE(hasNote(guideFor({cool}), "A warmer day can reach 17°C."));
-    d.source = WearDay::Source::forecast;  // forecast days alone never say so
-    d.coldNight = -20;
-    EXPECT_EQ(guideFor({d}).summary.size(), 2u);
 }
 
-TEST(WhatToWear, LaundryAndLongTripCounts) {
+TEST(WhatToWear, LaundryLongTripsTopsBottomsAndShorts) {
     const auto days = trip(20, weather(20, 12));
     const WearGuide plain = guideFor(days);
     EXPECT_EQ(plain.planDays, 14);
     EXPECT_EQ(countOf(plain, "underwear"), 15);
-    EXPECT_EQ(countOf(plain, "sleepwear"), 2);
     EXPECT_EQ(countOf(plain, "pants"), 5);  // ceil(14 / 3)
 
     const WearGuide washed = guideFor(days, {}, true);
@@ -277,10 +260,7 @@ TEST(WhatToWear, LaundryAndLongTripCounts) {
     const auto frozen = trip(20, weather(1, -5));
     EXPECT_EQ(countOf(guideFor(frozen), "thermal-top"), 3);
     EXPECT_EQ(countOf(guideFor(frozen, {}, true), "thermal-bottoms"), 2);
-    EXPECT_EQ(countOf(guideFor(trip(2, weather(1, -5))), "thermal-top"), 1);
-}
 
-TEST(WhatToWear, TopsBottomsAndShorts) {
     const WearDay warm = weather(26, 18);  // warm day, mild night
     const WearDay cool = weather(15, 8);
     const auto mixed = [&](int n, int warmDays) {
@@ -289,7 +269,7 @@ TEST(WhatToWear, TopsBottomsAndShorts) {
             d.day = kStart + i;
         });
     };
-    const Activities none, hiking{WearActivity::hiking}, dinner{WearActivity::dinnerOut};
+    const Activities none, hiking{WearActivity::hiking};
     struct Case {
         const char* what;
         std::vector<WearDay> days;
@@ -302,15 +282,11 @@ TEST(WhatToWear, TopsBottomsAndShorts) {
     const std::vector<Case> cases = {
         // Every day warm: tops may all be short-sleeved, shorts as many as the share says.
         {"all warm, 7 days", trip(7, warm), none, false, 7, 0, 3, 0, "light-pants"},
-        {"all warm, 2 days", trip(2, warm), none, false, 2, 0, 1, 0, "light-pants"},  // as written
-        {"all warm, hiking", trip(2, warm), hiking, false, 2, 0, 0, 1, "light-pants"},
         {"all warm, 7 days, hiking", trip(7, warm), hiking, false, 7, 0, 2, 1, "light-pants"},
-        {"all warm, dinner", trip(7, warm), dinner, false, 7, 0, 2, 1, "light-pants"},
         {"all warm, modest", trip(7, warm), none, true, 7, 0, 0, 3, "light-pants"},
         // Mixed: one long-sleeve top at least, a single bottom is long.
         {"mixed, 7 days", mixed(7, 6), none, false, 6, 1, 2, 1, "pants"},
         {"mixed, mostly cool", mixed(7, 1), none, false, 1, 6, 1, 2, "pants"},
-        {"mixed, 2 days", mixed(2, 1), none, false, 1, 1, 0, 1, "pants"},
         // Cold: no short sleeves, no shorts.
         {"cold", trip(5, cool), none, false, 0, 5, 0, 2, "pants"},
     };
@@ -329,7 +305,7 @@ TEST(WhatToWear, TopsBottomsAndShorts) {
     EXPECT_EQ(noteOf(sticky, "breathable-top"), "Short sleeves for the warm days.");
 }
 
-TEST(WhatToWear, LayersShoesAndExtras) {
+TEST(WhatToWear, LayersShoesExtrasDaytimeEveningAndTextExport) {
     const WearDay rainyCool = with(weather(16, 12), &WearDay::rain, 0.3);
     const WearDay rainyCold = with(weather(8, 4), &WearDay::rain, 0.45);
     const WearDay hotWet = with(with(weather(33, 24), &WearDay::rain, 0.6), &WearDay::uv, 11);
@@ -374,15 +350,10 @@ TEST(WhatToWear, LayersShoesAndExtras) {
     const Activities business{WearActivity::business}, hiking{WearActivity::hiking};
     EXPECT_EQ(countOf(wet, "socks"), 3);  // a dry pair for rain of 0.4 or more
     EXPECT_EQ(item(wet, "walking-shoes"), nullptr);
-    const std::vector<std::pair<std::string, std::string>> hotNotes = {
-        {"sunglasses", "UV up to 11."},
-        {"walking-shoes", "Theme park days mean miles of walking."},
-        {"waterproof-shoes", "<none>"},  // too hot for them
-        {"light-pants", "<none>"}};
-    for (const auto& [id, note] : hotNotes) EXPECT_EQ(noteOf(hot, id), note) << id;
+    EXPECT_EQ(noteOf(hot, "sunglasses"), "UV up to 11.");
+    EXPECT_EQ(item(hot, "waterproof-shoes"), nullptr);  // too hot for them
     // One all-warm day: its single bottom is shorts, as the rule is written.
     EXPECT_EQ(countOf(hot, "shorts"), 1);
-    EXPECT_EQ(countOf(hot, "swimsuit"), 1);
 
     // Business outfits count the trip's Monday-to-Friday days; a weekend has one.
     EXPECT_EQ(countOf(week(business, 12), "business-outfit"), 10);
@@ -390,15 +361,12 @@ TEST(WhatToWear, LayersShoesAndExtras) {
         trip(2, weather(20, 12), [](int i, WearDay& d) { d.day = Day::fromCivil(2026, 6, 6 + i); });
     EXPECT_EQ(noteOf(guideFor(weekend, business), "business-outfit"), "One per workday (1).");
     // Hiking socks: half the days, one to four.
-    EXPECT_EQ(countOf(week(hiking, 3), "hiking-socks"), 2);
     EXPECT_EQ(countOf(week(hiking, 20), "hiking-socks"), 4);
     // A scarf for covering up abroad, not at home.
     const Activities city{WearActivity::cityWalking};
     EXPECT_NE(item(guideFor({weather(20, 12)}, city), "cover-scarf"), nullptr);
     EXPECT_EQ(item(guideFor({weather(20, 12)}, city, false, false, "us"), "cover-scarf"), nullptr);
-}
 
-TEST(WhatToWear, DaytimeEveningAndTextExport) {
     const auto days = trip(4, weather(26, 18), [](int i, WearDay& d) {
         if (i == 0) d.high = 15;
     });
@@ -406,19 +374,17 @@ TEST(WhatToWear, DaytimeEveningAndTextExport) {
     // Sorted feels-highs 15, 26, 26, 26: index 2 is warm.
     EXPECT_EQ(g.daytime, "Daytime: a T-shirt with shorts or light pants.");
     EXPECT_EQ(g.evening, "Evenings: a T-shirt, and a light layer if it cools off.");
-    ASSERT_EQ(g.days.size(), 4u);
 
     const std::string title = "Packing list: Mérida, 4 days";
     const std::string text =
         WhatToWear::exportText(g, title, {"swimsuit"}, {"Cover up in churches."});
     const std::string expectedStart = title + "\n" + std::string(28, '=') + "\n\nClothes\n[ ] ";
     EXPECT_EQ(text.substr(0, expectedStart.size()), expectedStart);
-    for (const char* part : {"\n\nFor what you're doing\n[x] Swimsuits × 2\n",
-                             "\n[ ] Swim cover-up\n", "\n\nLocal dress notes\n"}) {
+    for (const char* part :
+         {"\n\nFor what you're doing\n[x] Swimsuits × 2\n", "\n\nLocal dress notes\n"}) {
         EXPECT_NE(text.find(part), std::string::npos) << part << "\n" << text;
     }
     EXPECT_EQ(text.substr(text.rfind('\n') + 1), WhatToWear::forecastSourceLine);
-    EXPECT_LT(text.find("Rain, sun and cold"), text.find("For what you're doing"));
 
     for (auto& line : g.days) line.day.source = WearDay::Source::typical;
     g.usesForecast = false;
