@@ -364,9 +364,16 @@ bool readDayFaresFast(ondemand::value value, FareBook::DayFares& out, int& impos
     return true;
 }
 
-bool readDealsFast(ondemand::value value, std::vector<Deal>& out, int& impossible) {
+// `reserve`: the deals are the whole array, counted first so that a large
+// file's deals are not held twice while the vector grows.
+bool readDealsFast(ondemand::value value, std::vector<Deal>& out, int& impossible, bool reserve) {
     ondemand::array deals;
-    if (value.get_array().get(deals) != simdjson::SUCCESS) return false;
+    std::size_t count = 0;
+    if (value.get_array().get(deals) != simdjson::SUCCESS ||
+        (reserve && deals.count_elements().get(count) != simdjson::SUCCESS)) {
+        return false;
+    }
+    if (reserve) out.reserve(out.size() + count);
     for (auto element : deals) {
         ondemand::value v;
         if (element.get(v) != simdjson::SUCCESS || !readPossible(v, out, impossible)) return false;
@@ -374,67 +381,82 @@ bool readDealsFast(ondemand::value value, std::vector<Deal>& out, int& impossibl
     return true;
 }
 
-bool readText(ondemand::value value, std::string& out) {
-    ondemand::array one;
-    if (value.get_array().get(one) != simdjson::SUCCESS) return false;
-    std::size_t n = 0;
-    for (auto element : one) {
-        ondemand::value v;
-        if (n++ > 0 || element.get(v) != simdjson::SUCCESS || !json::fast::read(v, out))
-            return false;
+// The nightly job writes the five keys in this order and nothing else; any
+// other document is left to the DOM decoder (see json::ReadsFast). Keys are
+// compared as written, as the windows' scan does.
+constexpr std::string_view kFareKeys[] = {"origin", "updated", "toOrlando", "fromOrlando", "deals"};
+
+// The value of key `index`, or a window of it (`whole` false).
+bool readFareKey(std::size_t index, ondemand::value value, FareBook& out, bool whole) {
+    switch (index) {
+        case 0:
+            return json::fast::read(value, out.origin);
+        case 1:
+            return json::fast::read(value, out.updated);
+        case 2:
+            return readDayFaresFast(value, out.toOrlando, out.impossible);
+        case 3:
+            return readDayFaresFast(value, out.fromOrlando, out.impossible);
+        default:
+            return readDealsFast(value, out.deals, out.impossible, whole);
     }
-    return n == 1;
+}
+
+// A file no larger than one window, read as one document.
+std::optional<FareBook> readWholeFareFile(const char* data, std::size_t size) {
+    json::fast::ThreadParser parser;
+    ondemand::document doc;
+    ondemand::object root;
+    if (!json::fast::start(parser.get(), data, size, doc, root)) return std::nullopt;
+    FareBook out;
+    std::size_t next = 0;
+    for (auto result : root) {
+        ondemand::field field;
+        if (next == std::size(kFareKeys) || std::move(result).get(field) != simdjson::SUCCESS ||
+            !field.key().unsafe_is_equal(kFareKeys[next]) ||
+            !readFareKey(next, field.value(), out, true)) {
+            return std::nullopt;
+        }
+        ++next;
+    }
+    if (next != std::size(kFareKeys) || !json::fast::atEnd(doc)) return std::nullopt;
+    return out;
 }
 
 }  // namespace
 
-// The nightly job writes the five keys in this order and nothing else; any
-// other document is left to the DOM decoder (see json::ReadsFast). The Orlando
-// fares and the deals are read a window at a time, so that a large file's
-// index is never held whole.
+// A larger file's Orlando fares and deals are read a window at a time, so
+// that its index is never held whole.
 std::optional<FareBook> FareBook::readFast(const char* data, std::size_t size,
                                            std::size_t windowBytes, bool giveBack) {
+    if (size <= windowBytes) return readWholeFareFile(data, size);
     namespace fast = json::fast;
     const std::optional<fast::Children> root = fast::childrenOf({data, size});
-    static constexpr std::string_view kKeys[] = {"origin", "updated", "toOrlando", "fromOrlando",
-                                                 "deals"};
-    if (!root || root->open != '{' || root->items.size() != std::size(kKeys) ||
+    if (!root || root->open != '{' || root->items.size() != std::size(kFareKeys) ||
         !fast::isBlank(root->rest)) {
         return std::nullopt;
     }
     FareBook out;
     fast::GiveBack pages{giveBack ? data : nullptr};
-    for (std::size_t i = 0; i < std::size(kKeys); ++i) {
-        const std::optional<std::string_view> value = fast::memberValue(root->items[i], kKeys[i]);
+    for (std::size_t i = 0; i < std::size(kFareKeys); ++i) {
+        const std::optional<std::string_view> value =
+            fast::memberValue(root->items[i], kFareKeys[i]);
         if (!value) return std::nullopt;
-        std::optional<fast::Children> children;
+        const auto readKey = [&](ondemand::value v) { return readFareKey(i, v, out, false); };
+        bool ok = false;
         if (i < 2) {
-            children = fast::Children{'[', {*value}, {}};  // a window of the one value
+            // A window of the one value: an array of it.
+            ok = fast::forEachWindow(fast::Children{'[', {*value}, {}}, windowBytes,
+                                     [&](ondemand::value v) { return fast::readOnly(v, readKey); });
         } else {
-            children = fast::childrenOf(*value);
+            const std::optional<fast::Children> children = fast::childrenOf(*value);
             if (!children || children->open != (i == 4 ? '[' : '{') ||
                 !fast::isBlank(children->rest)) {
                 return std::nullopt;
             }
+            if (i == 4) out.deals.reserve(children->items.size());
+            ok = fast::forEachWindow(*children, windowBytes, readKey, &pages);
         }
-        if (i == 4) out.deals.reserve(children->items.size());
-        const bool ok = fast::forEachWindow(
-            *children, windowBytes,
-            [&](ondemand::value v) {
-                switch (i) {
-                    case 0:
-                        return readText(v, out.origin);
-                    case 1:
-                        return readText(v, out.updated);
-                    case 2:
-                        return readDayFaresFast(v, out.toOrlando, out.impossible);
-                    case 3:
-                        return readDayFaresFast(v, out.fromOrlando, out.impossible);
-                    default:
-                        return readDealsFast(v, out.deals, out.impossible);
-                }
-            },
-            &pages);
         if (!ok) return std::nullopt;
     }
     return out;

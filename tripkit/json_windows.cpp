@@ -138,4 +138,16 @@ bool forEachWindow(const Children& children, std::size_t windowBytes,
     return true;
 }
 
+bool readOnly(simdjson::ondemand::value array,
+              const std::function<bool(simdjson::ondemand::value)>& read) {
+    simdjson::ondemand::array elements;
+    if (array.get_array().get(elements) != simdjson::SUCCESS) return false;
+    std::size_t n = 0;
+    for (auto element : elements) {
+        simdjson::ondemand::value v;
+        if (n++ > 0 || element.get(v) != simdjson::SUCCESS || !read(v)) return false;
+    }
+    return n == 1;
+}
+
 }  // namespace tripkit::json::fast

@@ -41,7 +41,7 @@ bool isBlank(std::string_view text);
 
 // The most bytes of children put in one window; a larger child is a window
 // of its own.
-inline constexpr std::size_t kWindowBytes = 256 * 1024;
+inline constexpr std::size_t kWindowBytes = 1024 * 1024;  // above a real fare file
 
 // The pages of an input the reader owns, given back to the system as they
 // are read, so that a large file is not held beside its records. What was
@@ -59,5 +59,9 @@ struct GiveBack {
 bool forEachWindow(const Children& children, std::size_t windowBytes,
                    const std::function<bool(simdjson::ondemand::value)>& read,
                    GiveBack* giveBack = nullptr);
+
+// The one element of an array, given to `read`; false for any other array.
+bool readOnly(simdjson::ondemand::value array,
+              const std::function<bool(simdjson::ondemand::value)>& read);
 
 }  // namespace tripkit::json::fast
