@@ -211,6 +211,8 @@ TEST(FaresJson, ImpossibleFaresLeftOutAndTheFastReaderReadsAsTheTree) {
         {head + R"({"city":"Lisbon"}]})", false},    // keys missing
         {head + deal + R"(,"airline":7}]})", false},
         {head + testing::replaced(deal, "199", "99999999999999999999999") + "}]}", false},
+        {head + testing::replaced(deal, "199", "0.0000001" + std::string(110, '0') + "178") + "}]}",
+         false},  // rounds otherwise on the two paths
         {head + testing::replaced(deal, R"("stops":0)", R"("stops":2.0)") + "}]}", false},
         {R"({"updated":"2026-11-23","origin":"JFK","toOrlando":{},"fromOrlando":{},"deals":[]})",
          false},
