@@ -63,10 +63,12 @@ struct HomeFile {
 
 // Reads and decodes "<dir>/<folder>/<CODE>.json" for each home airport, in
 // order (with --sample, the sample file of the day made in memory). A
-// missing or undecodable file is reported on `err` and skipped.
-template <class T>
+// missing or undecodable file is reported on `err` and skipped. `needs`
+// (e.g. tripkit::FareNeeds) say what the caller will use of each file.
+template <class T, class... Needs>
 std::vector<HomeFile<T>> loadHomeFiles(const DataOptions& data, const std::string& folder,
-                                       const std::vector<std::string>& codes, std::ostream& err);
+                                       const std::vector<std::string>& codes, std::ostream& err,
+                                       const Needs&... needs);
 // The bytes of one data-host file ("flights/JFK.json"): from --data's folder,
 // or with --sample generated for the day; nothing when there is none.
 std::optional<simdjson::padded_string> readDataFile(const DataOptions& data,
@@ -117,9 +119,10 @@ void reportImpossible(std::ostream& err, const std::string& file, int count, con
 
 // Reads and decodes each home airport's file in order and hands it to
 // visit(code, value); a missing or undecodable file is reported and skipped.
-template <class T, class Visit>
+template <class T, class Visit, class... Needs>
 void forEachHomeFile(const DataOptions& data, const std::string& folder,
-                     const std::vector<std::string>& codes, std::ostream& err, Visit&& visit) {
+                     const std::vector<std::string>& codes, std::ostream& err, Visit&& visit,
+                     const Needs&... needs) {
     for (const std::string& code : codes) {
         const std::string relative = folder + "/" + code + ".json";
         try {
@@ -137,7 +140,7 @@ void forEachHomeFile(const DataOptions& data, const std::string& folder,
                 if (!same) throw std::runtime_error("no file " + data.dataDir + "/" + relative);
                 return std::move(*same);
             };
-            T value = tripkit::json::decodePadded<T>(std::move(*bytes), relative, again);
+            T value = tripkit::json::decodePadded<T>(std::move(*bytes), relative, again, needs...);
             reportImpossibleIn(err, relative, value, resolveToday(data.today));
             visit(code, std::move(value));
         } catch (const std::exception& e) {
@@ -146,13 +149,17 @@ void forEachHomeFile(const DataOptions& data, const std::string& folder,
     }
 }
 
-template <class T>
+template <class T, class... Needs>
 std::vector<HomeFile<T>> loadHomeFiles(const DataOptions& data, const std::string& folder,
-                                       const std::vector<std::string>& codes, std::ostream& err) {
+                                       const std::vector<std::string>& codes, std::ostream& err,
+                                       const Needs&... needs) {
     std::vector<HomeFile<T>> out;
-    forEachHomeFile<T>(data, folder, codes, err, [&](const std::string& code, T&& value) {
-        out.push_back({code, std::move(value)});
-    });
+    forEachHomeFile<T>(
+        data, folder, codes, err,
+        [&](const std::string& code, T&& value) {
+            out.push_back({code, std::move(value)});
+        },
+        needs...);
     return out;
 }
 

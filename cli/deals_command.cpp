@@ -60,7 +60,8 @@ void addDealsCommand(CLI::App& root, Io& io) {
     command->callback([options, &io] {
         const std::vector<std::string> homes = parseHomeCodes(options->data.homes);
         const Day today = resolveToday(options->data.today);
-        auto files = loadHomeFiles<FareBook>(options->data, "flights", homes, io.err);
+        auto files = loadHomeFiles<FareBook>(options->data, "flights", homes, io.err,
+                                             FareNeeds{today, false, true});
         if (files.empty()) {
             io.err << "roamwise-cli: no fare file could be read\n";
             io.status = kNoData;

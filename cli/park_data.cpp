@@ -47,7 +47,8 @@ MainHome loadMainHome(const DataOptions& data, std::ostream& err) {
     MainHome out{*home, *orlando, std::nullopt};
     forEachHomeFile<FareBook>(
         data, "flights", {code}, err,
-        [&](const std::string&, FareBook&& book) { out.book = std::move(book); });
+        [&](const std::string&, FareBook&& book) { out.book = std::move(book); },
+        FareNeeds{resolveToday(data.today), true, false});
     if (!out.book) err << "roamwise-cli: flights use typical fares for every date\n";
     return out;
 }

@@ -35,7 +35,8 @@ std::string_view sentence(PriceCheck::Verdict v) {
 // Today's cheapest merged deal to `to`, if any fare file has one.
 std::optional<Deal> todaysDeal(const DataOptions& data, const std::string& to, Day today,
                                std::ostream& err) {
-    auto files = loadHomeFiles<FareBook>(data, "flights", parseHomeCodes(data.homes), err);
+    auto files = loadHomeFiles<FareBook>(data, "flights", parseHomeCodes(data.homes), err,
+                                         FareNeeds{today, false, true});
     std::vector<FareBook> books;
     for (auto& f : files) books.push_back(std::move(f.value));
     for (const Deal& d : Fares::deals(std::move(books), today)) {

@@ -20,8 +20,25 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     roamwise::fuzz::checkRoundTrip(*book, roamwise::fuzz::Fidelity::decodes);
 
     const Day today = book->updatedDay().value_or(roamwise::fuzz::fuzzToday());
+    const std::vector<Deal> merged = Fares::deals({*book, *book}, today);
+    // What each command reads of the file must merge and report as the whole.
+    for (const FareNeeds& needs :
+         {FareNeeds{today, false, true}, FareNeeds{today, true, false}, FareNeeds{today}}) {
+        FareBook narrowed = *book;
+        narrow(narrowed, needs);
+        if (const std::optional<FareBook> fast =
+                FareBook::readFast(padded.data(), padded.size(), 1, false, needs);
+            fast && *fast != narrowed) {
+            roamwise::fuzz::fail("a narrowed fast read differs from the narrowed tree");
+        }
+        if (Fares::seenAfter(narrowed, today) != Fares::seenAfter(*book, today) ||
+            Fares::deals({narrowed, narrowed}, today) !=
+                (needs.deals ? merged : std::vector<Deal>{})) {
+            roamwise::fuzz::fail("a narrowed book merges or reports otherwise");
+        }
+    }
     // Merged with itself the ties rule runs too.
-    for (const Deal& deal : Fares::deals({*book, *book}, today)) {
+    for (const Deal& deal : merged) {
         (void)deal.id();
         (void)deal.isStale(today);
         (void)Links::flightSearch(deal, "https://www.aviasales.com", "fuzz");

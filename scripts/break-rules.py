@@ -24,8 +24,8 @@ M = [
  ("fares: zero price kept", "tripkit/fares.cpp", 'return std::isfinite(price) && price > 0;', 'return std::isfinite(price) && price >= 0;'),
  ("fares: return before departure kept", "tripkit/fares.cpp", '(!d.returnDay || *d.returnDay >= d.depart)', 'true'),
  ("fares: negative stops kept", "tripkit/fares.cpp", 'isPossiblePrice(o.price) && o.stops >= 0;', 'isPossiblePrice(o.price);'),
- ("merge: a cheaper stale fare beats a fresh one", "tripkit/fares.cpp", 'fresh[at] != isFresh ? isFresh : deal.price < all[at].price', 'deal.price < all[at].price'),
- ("merge: ties go to the later airport", "tripkit/fares.cpp", 'fresh[at] != isFresh ? isFresh : deal.price < all[at].price', 'fresh[at] != isFresh ? isFresh : deal.price <= all[at].price'),
+ ("merge: a cheaper stale fare beats a fresh one", "tripkit/fares.cpp", 'fresh[at] != isFresh ? isFresh : deal.price < kept[at].price', 'deal.price < kept[at].price'),
+ ("merge: ties go to the later airport", "tripkit/fares.cpp", 'fresh[at] != isFresh ? isFresh : deal.price < kept[at].price', 'fresh[at] != isFresh ? isFresh : deal.price <= kept[at].price'),
  ("freshness: stale after 4 days", "tripkit/freshness.h", 'static constexpr int freshDays = 3;', 'static constexpr int freshDays = 4;'),
  ("advisories: impossible level not counted", "tripkit/advisories.cpp", '++out.impossible;  // a level was there', '(void)0;  // a level was there'),
  ("links: http accepted", "tripkit/links.cpp", 'constexpr std::string_view scheme = "https://";', 'constexpr std::string_view scheme = "http://";'),
@@ -53,6 +53,8 @@ M = [
  ("cli: an advisories feed that does not decode exits 0", "cli/advisories_command.cpp", 'not an advisories feed: " << shown(e.what()) << "\\n";\n            io.status = kNoData;', 'not an advisories feed: " << shown(e.what()) << "\\n";\n            io.status = kOk;'),
  ("plan: a trip's JSON without its inbound leg", "cli/plan_command.cpp", '    out["inbound"] = legJson(t.inbound);\n', ''),
  ("windows: an empty child between commas accepted", "tripkit/json_windows.cpp", 'if (item.empty()) return std::nullopt;', 'if (item.empty() && start == 0) return std::nullopt;'),
+ ("narrowed read: fares left out unreported when seen later", "tripkit/fares.cpp", 'if (seenAfterDay(seen, *updated, needs->today)) ++book.seenLater;', '(void)seen;'),
+ ("narrowed read: a book's deals offered without its day", "tripkit/fares.cpp", 'choice.offer(std::move(d), book.origin, *updated)', 'choice.offer(std::move(d), book.origin, std::nullopt)'),
 ]
 only = sys.argv[3:] 
 results = []

@@ -80,59 +80,56 @@ std::string Airline::display(const std::string& code) {
 
 namespace {
 
-// The merge, done in one vector: the books' deals side by side (copied, or
-// moved out of books given up), then each kept deal written over a slot at
-// or before its own, so that a large book is never held twice.
-template <class Books>
-std::vector<Deal> mergeDeals(Books& books, Day today) {
-    constexpr bool take = !std::is_const_v<Books>;
-    std::vector<std::size_t> ends;  // where each book's deals end in `all`
-    std::size_t total = 0;
-    for (const FareBook& book : books) ends.push_back(total += book.deals.size());
-    std::vector<Deal> all;
-    if constexpr (take) {
-        if (!books.empty()) all = std::move(books.front().deals);
-    }
-    all.reserve(total);
-    for (std::size_t b = take ? 1 : 0; b < books.size(); ++b) {
-        auto& deals = books[b].deals;
-        if constexpr (take) {
-            all.insert(all.end(), std::make_move_iterator(deals.begin()),
-                       std::make_move_iterator(deals.end()));
-            deals = {};
-        } else {
-            all.insert(all.end(), deals.begin(), deals.end());
-        }
-    }
+// Whether a fare was seen after `today`, by its own day or its book's.
+bool seenAfterDay(const std::optional<Day>& seen, const std::optional<Day>& updated, Day today) {
+    const std::optional<Day> observed = seen ? seen : updated;
+    return observed && *observed > today;
+}
 
+// The merge's choice of one deal a destination, as deals are offered in
+// order: the books' order, then each file's. Fresh beats cheap; on a tie the
+// deal offered first stays, so choosing within each book first and then
+// across the books' choices chooses the same.
+struct DealChoice {
+    explicit DealChoice(Day day) : today(day) {}
+
+    Day today;
+    std::vector<Deal> kept;
     std::vector<bool> fresh;  // of each kept deal
     std::unordered_map<std::string, std::size_t> byDestination;
-    std::size_t kept = 0;
-    std::size_t read = 0;
-    for (std::size_t b = 0; b < books.size(); ++b) {
-        const std::optional<Day> updated = books[b].updatedDay();
-        for (; read < ends[b]; ++read) {
-            Deal& deal = all[read];
-            const std::optional<Day> observed = deal.seen ? deal.seen : updated;
-            if (Freshness::isTooOld(observed, today) || (observed && *observed > today)) continue;
-            if (deal.depart < today || deal.depart - today > Freshness::horizonDays) continue;
-            const bool isFresh = !Freshness::isStale(observed, today);
-            if (!deal.origin) deal.origin = books[b].origin;
-            deal.seen = observed;
 
-            auto [it, inserted] = byDestination.try_emplace(deal.destination, kept);
-            const std::size_t at = it->second;
-            if (inserted) {
-                if (kept != read) all[kept] = std::move(deal);
-                fresh.push_back(isFresh);
-                ++kept;
-            } else if (fresh[at] != isFresh ? isFresh : deal.price < all[at].price) {
-                all[at] = std::move(deal);
-                fresh[at] = isFresh;
-            }
+    // False when the merge leaves the deal out whatever else is offered.
+    bool offer(Deal&& deal, const std::string& origin, const std::optional<Day>& updated) {
+        const std::optional<Day> observed = deal.seen ? deal.seen : updated;
+        if (Freshness::isTooOld(observed, today) || (observed && *observed > today)) return false;
+        if (deal.depart < today || deal.depart - today > Freshness::horizonDays) return false;
+        const bool isFresh = !Freshness::isStale(observed, today);
+        if (!deal.origin) deal.origin = origin;
+        deal.seen = observed;
+        auto [it, inserted] = byDestination.try_emplace(deal.destination, kept.size());
+        const std::size_t at = it->second;
+        if (inserted) {
+            kept.push_back(std::move(deal));
+            fresh.push_back(isFresh);
+        } else if (fresh[at] != isFresh ? isFresh : deal.price < kept[at].price) {
+            kept[at] = std::move(deal);
+            fresh[at] = isFresh;
         }
+        return true;
     }
-    all.erase(all.begin() + static_cast<std::ptrdiff_t>(kept), all.end());
+};
+
+// `Books` const: the chosen deals are copied; else they are moved out and
+// each book's deals freed once offered.
+template <class Books>
+std::vector<Deal> mergeDeals(Books& books, Day today) {
+    DealChoice choice(today);
+    for (auto& book : books) {
+        const std::optional<Day> updated = book.updatedDay();
+        for (auto& deal : book.deals) choice.offer(Deal(std::move(deal)), book.origin, updated);
+        if constexpr (!std::is_const_v<Books>) book.deals = {};
+    }
+    std::vector<Deal> all = std::move(choice.kept);
     std::sort(all.begin(), all.end(), [](const Deal& a, const Deal& b) {
         if (a.price != b.price) return a.price < b.price;
         return a.destination < b.destination;
@@ -204,15 +201,12 @@ FareQuote Fares::quote(const QuoteRequest& request) {
 
 int Fares::seenAfter(const FareBook& book, Day today) {
     const std::optional<Day> updated = book.updatedDay();
-    auto future = [&](const std::optional<Day>& seen) {
-        const std::optional<Day> observed = seen ? seen : updated;
-        return observed && *observed > today;
-    };
-    int count = 0;
-    for (const Deal& d : book.deals) count += future(d.seen) ? 1 : 0;
+    int count = book.seenLater;
+    for (const Deal& d : book.deals) count += seenAfterDay(d.seen, updated, today) ? 1 : 0;
     for (const auto* fares : {&book.toOrlando, &book.fromOrlando}) {
         for (const auto& [day, options] : *fares) {
-            for (const FareOption& o : options) count += future(o.seen) ? 1 : 0;
+            for (const FareOption& o : options)
+                count += seenAfterDay(o.seen, updated, today) ? 1 : 0;
         }
     }
     return count;
@@ -281,6 +275,47 @@ bool isPossible(const Deal& d) {
     return isPossiblePrice(d.price) && d.stops >= 0 && (!d.returnDay || *d.returnDay >= d.depart);
 }
 
+// Where a read puts each possible fare: all of them into the book, or, with
+// needs, only what they ask for, counting the fares left out that were seen
+// after their day (they would have been reported).
+struct FareSink {
+    FareBook& book;
+    const std::optional<FareNeeds>& needs;
+    DealChoice choice;
+    std::optional<std::optional<Day>> updated;  // the book's, once read
+
+    FareSink(FareBook& b, const std::optional<FareNeeds>& n)
+        : book(b), needs(n), choice(n ? n->today : Day{}) {}
+
+    bool keepsOrlando() const { return !needs || needs->orlando; }
+    bool keepsAllDeals() const { return !needs; }
+
+    void dropped(const std::optional<Day>& seen) {
+        if (!updated) updated = book.updatedDay();
+        if (seenAfterDay(seen, *updated, needs->today)) ++book.seenLater;
+    }
+    // `day` is null when the day fares are not kept.
+    void option(std::vector<FareOption>* day, FareOption&& o) {
+        if (day) {
+            day->push_back(std::move(o));
+        } else {
+            dropped(o.seen);
+        }
+    }
+    void deal(Deal&& d) {
+        if (!needs) {
+            book.deals.push_back(std::move(d));
+            return;
+        }
+        if (!updated) updated = book.updatedDay();
+        const std::optional<Day> seen = d.seen;
+        if (!needs->deals || !choice.offer(std::move(d), book.origin, *updated)) dropped(seen);
+    }
+    void finish() {
+        if (needs) book.deals = std::move(choice.kept);
+    }
+};
+
 FareBook::DayFares decodeDayFares(const json::Value& v, int& impossible) {
     FareBook::DayFares out;
     v.forEachMember([&](std::string_view day, const json::Value& options) {
@@ -304,11 +339,29 @@ json::Json encodeDayFares(const FareBook::DayFares& fares) {
 }
 }  // namespace
 
+void narrow(FareBook& book, const FareNeeds& needs) {
+    const std::optional<FareNeeds> given = needs;
+    FareSink sink(book, given);
+    if (!needs.orlando) {
+        for (FareBook::DayFares* fares : {&book.toOrlando, &book.fromOrlando}) {
+            for (auto& [day, options] : *fares) {
+                for (FareOption& o : options) sink.option(nullptr, std::move(o));
+            }
+            fares->clear();
+        }
+    }
+    std::vector<Deal> deals = std::move(book.deals);
+    book.deals.clear();
+    for (Deal& d : deals) sink.deal(std::move(d));
+    sink.finish();
+}
+
 // Hand-written: impossible fares are skipped and counted, not refused.
 void decode(const json::Value& v, FareBook& out) {
     out.origin = v.get<std::string>("origin");
     out.updated = v.get<std::string>("updated");
     out.impossible = 0;
+    out.seenLater = 0;
     out.toOrlando = decodeDayFares(v.field("toOrlando"), out.impossible);
     out.fromOrlando = decodeDayFares(v.field("fromOrlando"), out.impossible);
     out.deals.clear();
@@ -326,20 +379,20 @@ namespace {
 
 namespace ondemand = simdjson::ondemand;
 
-// One fare kept when a real one could look like it, else counted.
-template <class T>
-bool readPossible(ondemand::value value, std::vector<T>& kept, int& impossible) {
+// One fare handed to `keep` when a real one could look like it, else counted.
+template <class T, class Keep>
+bool readPossible(ondemand::value value, int& impossible, Keep&& keep) {
     T record;
     if (!json::fast::readFields(value, record)) return false;
     if (isPossible(record)) {
-        kept.push_back(std::move(record));
+        keep(std::move(record));
     } else {
         ++impossible;
     }
     return true;
 }
 
-bool readDayFaresFast(ondemand::value value, FareBook::DayFares& out, int& impossible) {
+bool readDayFaresFast(ondemand::value value, FareBook::DayFares& out, FareSink& sink) {
     ondemand::object days;
     if (value.get_object().get(days) != simdjson::SUCCESS) return false;
     for (auto dayResult : days) {
@@ -353,11 +406,16 @@ bool readDayFaresFast(ondemand::value value, FareBook::DayFares& out, int& impos
             options.count_elements().get(count) != simdjson::SUCCESS) {
             return false;
         }
-        std::vector<FareOption>& kept = out[std::string(text)];
-        kept.reserve(kept.size() + count);
+        std::vector<FareOption>* kept = nullptr;
+        if (sink.keepsOrlando()) {
+            kept = &out[std::string(text)];
+            kept->reserve(kept->size() + count);
+        }
         for (auto element : options) {
             ondemand::value v;
-            if (element.get(v) != simdjson::SUCCESS || !readPossible(v, kept, impossible))
+            if (element.get(v) != simdjson::SUCCESS ||
+                !readPossible<FareOption>(v, sink.book.impossible,
+                                          [&](FareOption&& o) { sink.option(kept, std::move(o)); }))
                 return false;
         }
     }
@@ -366,17 +424,22 @@ bool readDayFaresFast(ondemand::value value, FareBook::DayFares& out, int& impos
 
 // `reserve`: the deals are the whole array, counted first so that a large
 // file's deals are not held twice while the vector grows.
-bool readDealsFast(ondemand::value value, std::vector<Deal>& out, int& impossible, bool reserve) {
+bool readDealsFast(ondemand::value value, FareSink& sink, bool reserve) {
     ondemand::array deals;
     std::size_t count = 0;
+    reserve = reserve && sink.keepsAllDeals();
     if (value.get_array().get(deals) != simdjson::SUCCESS ||
         (reserve && deals.count_elements().get(count) != simdjson::SUCCESS)) {
         return false;
     }
-    if (reserve) out.reserve(out.size() + count);
+    if (reserve) sink.book.deals.reserve(sink.book.deals.size() + count);
     for (auto element : deals) {
         ondemand::value v;
-        if (element.get(v) != simdjson::SUCCESS || !readPossible(v, out, impossible)) return false;
+        if (element.get(v) != simdjson::SUCCESS ||
+            !readPossible<Deal>(v, sink.book.impossible,
+                                [&](Deal&& d) { sink.deal(std::move(d)); })) {
+            return false;
+        }
     }
     return true;
 }
@@ -387,39 +450,43 @@ bool readDealsFast(ondemand::value value, std::vector<Deal>& out, int& impossibl
 constexpr std::string_view kFareKeys[] = {"origin", "updated", "toOrlando", "fromOrlando", "deals"};
 
 // The value of key `index`, or a window of it (`whole` false).
-bool readFareKey(std::size_t index, ondemand::value value, FareBook& out, bool whole) {
+bool readFareKey(std::size_t index, ondemand::value value, FareSink& sink, bool whole) {
+    FareBook& out = sink.book;
     switch (index) {
         case 0:
             return json::fast::read(value, out.origin);
         case 1:
             return json::fast::read(value, out.updated);
         case 2:
-            return readDayFaresFast(value, out.toOrlando, out.impossible);
+            return readDayFaresFast(value, out.toOrlando, sink);
         case 3:
-            return readDayFaresFast(value, out.fromOrlando, out.impossible);
+            return readDayFaresFast(value, out.fromOrlando, sink);
         default:
-            return readDealsFast(value, out.deals, out.impossible, whole);
+            return readDealsFast(value, sink, whole);
     }
 }
 
 // A file no larger than one window, read as one document.
-std::optional<FareBook> readWholeFareFile(const char* data, std::size_t size) {
+std::optional<FareBook> readWholeFareFile(const char* data, std::size_t size,
+                                          const std::optional<FareNeeds>& needs) {
     json::fast::ThreadParser parser;
     ondemand::document doc;
     ondemand::object root;
     if (!json::fast::start(parser.get(), data, size, doc, root)) return std::nullopt;
     FareBook out;
+    FareSink sink(out, needs);
     std::size_t next = 0;
     for (auto result : root) {
         ondemand::field field;
         if (next == std::size(kFareKeys) || std::move(result).get(field) != simdjson::SUCCESS ||
             !field.key().unsafe_is_equal(kFareKeys[next]) ||
-            !readFareKey(next, field.value(), out, true)) {
+            !readFareKey(next, field.value(), sink, true)) {
             return std::nullopt;
         }
         ++next;
     }
     if (next != std::size(kFareKeys) || !json::fast::atEnd(doc)) return std::nullopt;
+    sink.finish();
     return out;
 }
 
@@ -428,8 +495,9 @@ std::optional<FareBook> readWholeFareFile(const char* data, std::size_t size) {
 // A larger file's Orlando fares and deals are read a window at a time, so
 // that its index is never held whole.
 std::optional<FareBook> FareBook::readFast(const char* data, std::size_t size,
-                                           std::size_t windowBytes, bool giveBack) {
-    if (size <= windowBytes) return readWholeFareFile(data, size);
+                                           std::size_t windowBytes, bool giveBack,
+                                           const std::optional<FareNeeds>& needs) {
+    if (size <= windowBytes) return readWholeFareFile(data, size, needs);
     namespace fast = json::fast;
     const std::optional<fast::Children> root = fast::childrenOf({data, size});
     if (!root || root->open != '{' || root->items.size() != std::size(kFareKeys) ||
@@ -437,12 +505,13 @@ std::optional<FareBook> FareBook::readFast(const char* data, std::size_t size,
         return std::nullopt;
     }
     FareBook out;
+    FareSink sink(out, needs);
     fast::GiveBack pages{giveBack ? data : nullptr};
     for (std::size_t i = 0; i < std::size(kFareKeys); ++i) {
         const std::optional<std::string_view> value =
             fast::memberValue(root->items[i], kFareKeys[i]);
         if (!value) return std::nullopt;
-        const auto readKey = [&](ondemand::value v) { return readFareKey(i, v, out, false); };
+        const auto readKey = [&](ondemand::value v) { return readFareKey(i, v, sink, false); };
         bool ok = false;
         if (i < 2) {
             // A window of the one value: an array of it.
@@ -454,11 +523,12 @@ std::optional<FareBook> FareBook::readFast(const char* data, std::size_t size,
                 !fast::isBlank(children->rest)) {
                 return std::nullopt;
             }
-            if (i == 4) out.deals.reserve(children->items.size());
+            if (i == 4 && sink.keepsAllDeals()) out.deals.reserve(children->items.size());
             ok = fast::forEachWindow(*children, windowBytes, readKey, &pages);
         }
         if (!ok) return std::nullopt;
     }
+    sink.finish();
     return out;
 }
 

@@ -47,6 +47,17 @@ struct Deal {
     friend bool operator==(const Deal&, const Deal&) = default;
 };
 
+// What a command needs of a fare file, so that a large one is not held whole:
+// the day fares to and from Orlando (the planner), the deals (the deals list),
+// or both. Every fare is still read and checked either way.
+struct FareNeeds {
+    Day today;
+    bool orlando = true;
+    // Only the deals the merge for `today` may choose (see Fares::deals): one a
+    // destination, none it would leave out.
+    bool deals = true;
+};
+
 // One fare file: "flights/CODE.json" on the data host.
 struct FareBook {
     using DayFares = std::map<std::string, std::vector<FareOption>>;  // day text -> options
@@ -60,6 +71,9 @@ struct FareBook {
     // price that is not a positive number, negative stops, a return before
     // the departure. Not part of the file.
     int impossible = 0;
+    // Fares a narrowed read (FareNeeds) left out that were seen after its day,
+    // for Fares::seenAfter. Not part of the file.
+    int seenLater = 0;
 
     std::optional<Day> updatedDay() const { return Day::parse(updated); }
     friend bool operator==(const FareBook&, const FareBook&) = default;
@@ -68,10 +82,12 @@ struct FareBook {
     // file but a plainly written one (see json::ReadsFast). Its large parts
     // are read a window of at most `windowBytes` at a time; with `giveBack`
     // the bytes are the caller's own, and the pages read are given back to
-    // the system as it goes (see json::fast::GiveBack).
+    // the system as it goes (see json::fast::GiveBack). With `needs`, the
+    // book holds what narrow() would leave of the whole one.
     static std::optional<FareBook> readFast(const char* data, std::size_t size,
                                             std::size_t windowBytes = json::fast::kWindowBytes,
-                                            bool giveBack = false);
+                                            bool giveBack = false,
+                                            const std::optional<FareNeeds>& needs = std::nullopt);
 };
 
 // The user's airline and stop preferences.
@@ -149,12 +165,17 @@ struct Fares {
     static double typicalOneWay(const Airport& from, const Airport& orlando, double demand);
 
     // How many of the book's fares were seen after `today`: no search can
-    // have seen them, so the merge and the quotes leave them out.
+    // have seen them, so the merge and the quotes leave them out. A narrowed
+    // book counts the ones it left out too.
     static int seenAfter(const FareBook& book, Day today);
 
     // The distinct airline codes of a book's Orlando options, sorted.
     static std::vector<std::string> airlines(const FareBook* book);
 };
+
+// Leaves only what `needs` asks for; Fares::deals over narrowed books gives
+// what it gives over the whole ones.
+void narrow(FareBook& book, const FareNeeds& needs);
 
 void decode(const json::Value& v, FareOption& out);
 void decode(const json::Value& v, Deal& out);

@@ -258,10 +258,14 @@ T decodeDocument(const char* text, std::string source) {
 }
 
 // A fast reader that can give back the pages of its input as it reads them
-// (see fast::GiveBack), asked to for files above `giveBackBytes`.
-template <class T>
-concept GivesBackInput = requires(const char* data, std::size_t size) {
-    { T::readFast(data, size, fast::kWindowBytes, true) } -> std::same_as<std::optional<T>>;
+// (see fast::GiveBack), asked to for files above `giveBackBytes`. It may take
+// a record's needs too (as FareBook takes FareNeeds): what the caller will
+// use of the file, which the DOM decoder's value is then narrowed to.
+template <class T, class... Needs>
+concept GivesBackInput = requires(const char* data, std::size_t size, const Needs&... needs) {
+    {
+        T::readFast(data, size, fast::kWindowBytes, true, needs...)
+        } -> std::same_as<std::optional<T>>;
 };
 inline constexpr std::size_t giveBackBytes = 8 * 1024 * 1024;  // above any real feed file
 
@@ -269,21 +273,25 @@ inline constexpr std::size_t giveBackBytes = 8 * 1024 * 1024;  // above any real
 // held twice while it is decoded. With `again`, which reads the same bytes
 // anew, a large file's pages may be given back as they are read; they are
 // read again only if the fast reader leaves the file to the DOM decoder.
-template <class T>
+template <class T, class... Needs>
 T decodePadded(simdjson::padded_string bytes, std::string source,
-               const std::function<simdjson::padded_string()>& again = {}) {
+               const std::function<simdjson::padded_string()>& again = {}, const Needs&... needs) {
+    static_assert(sizeof...(Needs) == 0 || GivesBackInput<T, Needs...>);
     const auto tree = [&] {
         Document doc = parsePadded(bytes, std::move(source));
         bytes = simdjson::padded_string();
-        return doc.root().template as<T>();
+        T value = doc.root().template as<T>();
+        if constexpr (sizeof...(Needs) > 0) narrow(value, needs...);
+        return value;
     };
-    if constexpr (GivesBackInput<T>) {
-        if (again && bytes.size() > giveBackBytes) {
-            if (std::optional<T> fast =
-                    T::readFast(bytes.data(), bytes.size(), fast::kWindowBytes, true)) {
+    if constexpr (GivesBackInput<T, Needs...>) {
+        const bool giveBack = again && bytes.size() > giveBackBytes;
+        if (giveBack || sizeof...(Needs) > 0) {
+            if (std::optional<T> fast = T::readFast(bytes.data(), bytes.size(), fast::kWindowBytes,
+                                                    giveBack, needs...)) {
                 return std::move(*fast);
             }
-            bytes = again();
+            if (giveBack) bytes = again();
             return tree();
         }
     }

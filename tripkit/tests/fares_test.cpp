@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <random>
+
 #include "tripkit/tests/test_data.h"
 
 namespace tripkit {
@@ -222,6 +224,58 @@ TEST(FaresJson, ImpossibleFaresLeftOutAndTheFastReaderReadsAsTheTree) {
     };
     for (const Case& c : cases) {
         testing::expectReadAsTheTree<FareBook>(c.text, c.fast, std::equal_to<FareBook>{});
+    }
+}
+
+// Random books over few destinations and days, so that every rule of the merge
+// meets its ties: narrowed reads must merge, and report, as the whole books.
+TEST(FaresNeeds, NarrowedBooksMergeAsTheWholeOnes) {
+    std::mt19937 random(20261124);
+    const auto pick = [&](int n) { return static_cast<int>(random() % static_cast<unsigned>(n)); };
+    const auto randomBook = [&](const std::string& origin) {
+        std::vector<Deal> deals;
+        for (int i = pick(12); i > 0; --i) {
+            Deal d = deal(std::string(1, static_cast<char>('A' + pick(4))) + "XX", 90 + pick(4) * 5,
+                          pick(5) ? std::optional<int>(pick(10) - 1) : std::nullopt,
+                          pick(6) ? 1 + pick(40) : 329 + pick(3));
+            d.airline = pick(2) ? "B6" : "TP";
+            deals.push_back(d);
+        }
+        FareBook b = book(origin, deals, (kToday - pick(10) + 1).text());
+        for (int i = pick(4); i > 0; --i) {
+            b.toOrlando[(kToday + pick(3)).text()].push_back(
+                FareOption{"NK", 59.0 + pick(9), 0, {}, kToday - pick(4) + 1});
+        }
+        b.fromOrlando[(kToday + 9).text()] = {FareOption{"B6", 69, 1, {}, {}}};
+        return b;
+    };
+    for (int round = 0; round < 300; ++round) {
+        const std::vector<FareBook> whole = {randomBook("JFK"), randomBook("EWR")};
+        for (const FareNeeds& needs :
+             {FareNeeds{kToday, false, true}, FareNeeds{kToday, true, false}, FareNeeds{kToday}}) {
+            std::vector<FareBook> narrowed;
+            for (const FareBook& b : whole) {
+                const std::string text = encode(b).dump();
+                const simdjson::padded_string padded(text);
+                FareBook tree = json::decodeTree<FareBook>(text, "f.json");
+                narrow(tree, needs);
+                for (std::size_t window : {std::size_t{1}, json::fast::kWindowBytes}) {
+                    EXPECT_EQ(
+                        FareBook::readFast(padded.data(), padded.size(), window, false, needs),
+                        tree);
+                }
+                // A file the fast reader leaves to the DOM decoder is narrowed all the same.
+                EXPECT_EQ(json::decodePadded<FareBook>(simdjson::padded_string(testing::replaced(
+                                                           text, "origin", "orig\\u0069n")),
+                                                       "f.json", {}, needs),
+                          tree);
+                EXPECT_EQ(Fares::seenAfter(tree, kToday), Fares::seenAfter(b, kToday));
+                EXPECT_EQ(tree.toOrlando.empty(), !needs.orlando || b.toOrlando.empty());
+                narrowed.push_back(std::move(tree));
+            }
+            EXPECT_EQ(Fares::deals(narrowed, kToday),
+                      needs.deals ? Fares::deals(whole, kToday) : std::vector<Deal>{});
+        }
     }
 }
 
