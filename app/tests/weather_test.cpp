@@ -232,13 +232,10 @@ TEST_F(WeatherTest, FailedOrUnreadableForecastsGiveNoDays) {
 TEST_F(WeatherTest, GuideUsesForecastDaysWithinReachAndCreditsEachSource) {
     serveTypical();
     host.set(kForecastPath, {200, forecastText(4)});
+    // Orlando: its morning holds the four hours of the forecast. The host answers
+    // any place alike.
     WearAsk ask;
-    ask.place.name = "Test City";
-    ask.place.country = "us";
-    ask.place.lat = kLat;
-    ask.place.lon = kLon;
-    ask.place.elevation = 300;
-    ask.place.timeZone = "UTC";
+    ask.place = WearClimate::File::shipped().places.front();
     ask.first = kToday;
     ask.last = kToday + 3;
 

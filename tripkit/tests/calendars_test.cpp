@@ -43,7 +43,7 @@ std::vector<int> departures(const std::vector<RoundTrip>& trips) {
     return out;
 }
 
-TEST(CalendarBook, DecodesCellsAndSkipsTheBadOnes) {
+TEST(CalendarBook, DecodesCellsSkipsTheBadOnesAndEncodesPositionally) {
     const auto b = json::decodeDocument<CalendarBook>(readData("JFK.json"), "calendars/JFK.json");
     EXPECT_EQ(b.updatedDay(), kToday);
     EXPECT_TRUE(b.routes.at("CUN").empty());
@@ -68,6 +68,23 @@ TEST(CalendarBook, DecodesCellsAndSkipsTheBadOnes) {
     EXPECT_EQ(b.trips("LIS")[0].nights(), 8);
     EXPECT_EQ(b.trips("LIS")[1].nights(), std::nullopt);
     EXPECT_EQ(b.skippedImpossible, 2);  // the two prices; an undated cell is not counted
+
+    // Written back positionally: the encoder is the decoder's inverse.
+    const json::Json j = encode(b);
+    EXPECT_EQ(j["routes"]["LIS"]["2026-12-02"].dump(), R"([399.5,"UA",1,null,"2026-11-18"])");
+    EXPECT_EQ(json::decodeDocument<CalendarBook>(j.dump(), "again"), b);
+
+    // Built from values: no seen leaves the array after a null back.
+    RoundTrip oneWay = trip("CUN", 3, 219, std::nullopt, "EWR");
+    oneWay.returnDay.reset();
+    const CalendarBook made = CalendarBook::init("EWR", "later", {oneWay});
+    const json::Json encoded = encode(made);
+    EXPECT_EQ(encoded["routes"]["CUN"][(kToday + 3).text()].dump(), R"([219,"B6",0,null])");
+    EXPECT_EQ(json::decodeDocument<CalendarBook>(encoded.dump(), "again"), made);
+
+    auto t = trip("LIS", 10, 412, 0);
+    t.link = "https://example.com/book";
+    EXPECT_EQ(json::decodeDocument<RoundTrip>(encode(t).dump(), "t"), t);
 }
 
 TEST(CalendarBook, MalformedFilesFailWhole) {
@@ -143,25 +160,6 @@ TEST(CalendarBook, DayTextsReadAsDayParseReadsThem) {
     }
     EXPECT_EQ(departs, expected);
     EXPECT_EQ(backs, expected);
-}
-
-TEST(CalendarBook, EncodesPositionallyAndTripsRoundTrip) {
-    const auto b = json::decodeDocument<CalendarBook>(readData("JFK.json"), "calendars/JFK.json");
-    const json::Json j = encode(b);
-    EXPECT_EQ(j["routes"]["LIS"]["2026-12-02"].dump(), R"([399.5,"UA",1,null,"2026-11-18"])");
-    EXPECT_EQ(json::decodeDocument<CalendarBook>(j.dump(), "again"), b);
-
-    // Built from values: no seen leaves the array after a null back.
-    RoundTrip oneWay = trip("CUN", 3, 219, std::nullopt, "EWR");
-    oneWay.returnDay.reset();
-    const CalendarBook made = CalendarBook::init("EWR", "later", {oneWay});
-    const json::Json encoded = encode(made);
-    EXPECT_EQ(encoded["routes"]["CUN"][(kToday + 3).text()].dump(), R"([219,"B6",0,null])");
-    EXPECT_EQ(json::decodeDocument<CalendarBook>(encoded.dump(), "again"), made);
-
-    auto t = trip("LIS", 10, 412, 0);
-    t.link = "https://example.com/book";
-    EXPECT_EQ(json::decodeDocument<RoundTrip>(encode(t).dump(), "t"), t);
 }
 
 TEST(CalendarBook, TheFastReaderReadsPlainFilesAsTheTreeDoesAndLeavesTheRestToIt) {

@@ -230,16 +230,14 @@ TEST_F(DisneyGuideTest, TransportAndTheParkGuideInterface) {
               g.ticketTotals(3, kFamily, d(2027, 2, 1), true, false));
 }
 
-// check_guides.py checks the shipped guide's tables; here: it decodes, prices
-// each resort, and takes its busy dates from the shipped events.
-TEST(DisneyGuideShipped, DecodesPricesAndKnowsTheBusyEvents) {
+// check_guides.py checks the shipped guide's tables; here: it prices each
+// resort, and takes its busy dates from the shipped events.
+TEST(DisneyGuideShipped, PricesAndKnowsTheBusyEvents) {
     const DisneyGuide& guide = DisneyGuide::shipped();
-    ASSERT_FALSE(guide.calendar.empty());
     for (const ParkResort& resort : guide.resorts) {
-        const Day first = guide.calendar.front().from;
-        EXPECT_GT(guide.nightlyRate(resort, first).value_or(0), 0) << resort.id;
+        EXPECT_GT(guide.nightlyRate(resort, guide.coverage.from).value_or(0), 0) << resort.id;
     }
-    EXPECT_GT(guide.ticketTotals(4, Party{2, {8}}, guide.coverage.from, true, false).hopper, 0);
+    ASSERT_FALSE(guide.busyEvents.empty());
     EXPECT_EQ(guide.busyEvents, DisneyGuide::busySpans(EventCalendar::shipped()));
 }
 

@@ -19,14 +19,9 @@ std::vector<NightPrice> series(const std::vector<double>& prices, int endDaysAgo
     return out;
 }
 
-std::vector<double> hundredToThreeHundred() {
-    std::vector<double> prices;
-    for (int p = 100; p <= 300; p += 10) prices.push_back(p);
-    return prices;
-}
-
 TEST(PriceCheck, PercentilesVerdictEdgesAndWhatItNeeds) {
-    std::vector<double> prices = hundredToThreeHundred();
+    std::vector<double> prices;  // 100 to 300 by tens
+    for (int p = 100; p <= 300; p += 10) prices.push_back(p);
     ASSERT_EQ(prices.size(), 21u);
     // Shuffled order must not matter.
     std::rotate(prices.begin(), prices.begin() + 7, prices.end());
@@ -34,9 +29,8 @@ TEST(PriceCheck, PercentilesVerdictEdgesAndWhatItNeeds) {
 
     auto at = [&](double price) { return PriceCheck::judge(price, history, kToday).value(); };
     const PriceCheck c = at(150);
-    EXPECT_EQ(c.low, 150);
-    EXPECT_EQ(c.typical, 200);
-    EXPECT_EQ(c.high, 250);
+    EXPECT_EQ((std::vector<double>{c.low, c.typical, c.high}),
+              (std::vector<double>{150, 200, 250}));
     EXPECT_EQ(c.verdict, PriceCheck::Verdict::low);  // equal to the 25th percentile
     EXPECT_EQ(at(150.01).verdict, PriceCheck::Verdict::typical);
     EXPECT_EQ(at(250).verdict, PriceCheck::Verdict::typical);  // equal to the 75th
@@ -162,7 +156,9 @@ TEST(PriceHistoryJson, HistoryBooksAndPriceChecksRoundTrip) {
     EXPECT_EQ(testing::decodeError<HistoryBook>(testing::replaced(text, "399.5", R"("x")"), "h"),
               "h: routes.LIS[2]: expected a number");
 
-    auto c = PriceCheck::judge(150, series(hundredToThreeHundred()), kToday).value();
+    // Nothing cheaper in 21 nights: a run of them all.
+    auto c = PriceCheck::judge(150, series(std::vector<double>(21, 200)), kToday).value();
+    ASSERT_TRUE(c.lowestInDays);
     c.cheaperShare = 0.25;
     EXPECT_EQ(json::decodeDocument<PriceCheck>(encode(c).dump(), "check"), c);
     c.lowestInDays.reset();
