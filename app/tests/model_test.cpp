@@ -138,11 +138,6 @@ TEST_F(ModelTest, FirstStartShowsTheSampleRWDataURLSwitchesToLiveAndThePlannerUs
     ASSERT_TRUE(snapshot.bestDeal);
     EXPECT_EQ(snapshot.bestDeal->origin, "JFK");
 
-    // A restart shows the saved copy at once, before any fetch.
-    AppModel again(environment(down));
-    EXPECT_FALSE(again.sampleMode());
-    EXPECT_EQ(again.deals(), model.deals());
-
     // The trip planner searches off the main thread with the night's fares.
     bool ended = false;
     QObject::connect(&model, &AppModel::resultChanged,
