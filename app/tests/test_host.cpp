@@ -54,12 +54,11 @@ TestHost::TestHost() {
         Answer answer{404, "not found", std::chrono::milliseconds(0), {}};
         {
             std::lock_guard lock(m_mutex);
-            Seen seen{request.path, request.target, request.get_header_value("User-Agent"),
-                      std::nullopt};
-            if (request.has_header("If-Modified-Since")) {
-                seen.ifModifiedSince = request.get_header_value("If-Modified-Since");
-            }
-            m_seen.push_back(std::move(seen));
+            std::optional<std::string> since;
+            if (request.has_header("If-Modified-Since"))
+                since = request.get_header_value("If-Modified-Since");
+            m_seen.push_back(
+                {request.path, request.target, request.get_header_value("User-Agent"), since});
             if (m_all) {
                 answer.status = *m_all;
             } else if (auto found = m_answers.find(request.path); found != m_answers.end()) {

@@ -120,13 +120,12 @@ private slots:
         QVERIFY(std::is_sorted(prices.begin(), prices.end()));
 
         // The fetch fails: the saved copy is from today, so it stays shown as it is.
-        const int before = rows();
+        const int all = rows();
         m_gate->release();
         QTRY_VERIFY_WITH_TIMEOUT(!m_model->refreshing(), 20000);
-        QCOMPARE(rows(), before);
+        QCOMPARE(rows(), all);
         QVERIFY(!shown("refreshProgress") && !shown("feedStatus"));
 
-        const int all = rows();
         auto* search = m_window->findChild<QLineEdit*>("dealSearch");
 
         // Edit > Find puts the cursor in the search field.
