@@ -114,16 +114,14 @@ TEST_F(WeatherTest, TypicalMonthsAreFetchedReducedCachedAndThenServedFromTheCach
     for (const TestHost::Seen& s : seen) EXPECT_EQ(s.userAgent, WearClimate::userAgent);
 
     // Cached under the place's key, as the months themselves.
-    EXPECT_EQ(TypicalWeather::cacheName(kLat, kLon), "typical-40.71_-74.01.json");
-    EXPECT_EQ(input.cache.decoded<std::vector<WearMonth>>(TypicalWeather::cacheName(kLat, kLon)),
-              first.months);
+    const std::string name = TypicalWeather::cacheName(kLat, kLon);
+    EXPECT_EQ(name, "typical-40.71_-74.01.json");
+    EXPECT_EQ(input.cache.decoded<std::vector<WearMonth>>(name), first.months);
 
     // Within its lifetime the copy answers without a request, even with the service down.
     host.setAll(500);
-    input.nowSeconds = QFileInfo(input.cache.path(TypicalWeather::cacheName(kLat, kLon)))
-                           .lastModified()
-                           .toSecsSinceEpoch() +
-                       TypicalWeather::cacheLifetimeSeconds - 60;
+    const qint64 written = QFileInfo(input.cache.path(name)).lastModified().toSecsSinceEpoch();
+    input.nowSeconds = written + TypicalWeather::cacheLifetimeSeconds - 60;
     const TypicalWeather second = typicalWeather(kLat, kLon, 100.0, input);
     EXPECT_EQ(second.origin, TypicalWeather::Origin::cached);
     EXPECT_EQ(second.months, first.months);
@@ -164,11 +162,9 @@ TEST_F(WeatherTest, FailedTypicalFetchesFallBackToTheShippedMonthsAndCacheNothin
 TEST_F(WeatherTest, ForecastHonoursExpiresAndLastModified) {
     const std::string body = forecastText(4);
     const std::string lastModified = "Sat, 10 Jan 2026 11:55:00 GMT";
-    host.set(kForecastPath,
-             {200,
-              body,
-              {},
-              {{"Expires", "Sat, 10 Jan 2026 12:30:00 GMT"}, {"Last-Modified", lastModified}}});
+    const std::map<std::string, std::string> headers = {
+        {"Expires", "Sat, 10 Jan 2026 12:30:00 GMT"}, {"Last-Modified", lastModified}};
+    host.set(kForecastPath, {200, body, {}, headers});
 
     const ForecastWeather first = forecastWeather(kLat, kLon, "UTC", input);
     ASSERT_EQ(first.origin, ForecastWeather::Origin::fetched) << first.problem;
