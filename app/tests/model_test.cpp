@@ -138,11 +138,6 @@ TEST_F(ModelTest, FirstStartShowsTheSampleRWDataURLSwitchesToLiveAndThePlannerUs
     ASSERT_TRUE(snapshot.bestDeal);
     EXPECT_EQ(snapshot.bestDeal->origin, "JFK");
 
-    // A restart shows the saved copy at once, before any fetch.
-    AppModel again(environment(down));
-    EXPECT_FALSE(again.sampleMode());
-    EXPECT_EQ(again.deals(), model.deals());
-
     // The trip planner searches off the main thread with the night's fares.
     bool ended = false;
     QObject::connect(&model, &AppModel::resultChanged,
@@ -153,9 +148,8 @@ TEST_F(ModelTest, FirstStartShowsTheSampleRWDataURLSwitchesToLiveAndThePlannerUs
     EXPECT_FALSE(model.searching(Park::disney));
     const auto result = model.result(Park::disney);
     ASSERT_TRUE(result);
-    ASSERT_FALSE(result->trips.empty());
     // The night's own Orlando fares are found.
-    EXPECT_TRUE(std::any_of(result->trips.begin(), result->trips.end(),
+    ASSERT_TRUE(std::any_of(result->trips.begin(), result->trips.end(),
                             [](const TripQuote& trip) { return trip.foundFlights(); }));
     EXPECT_FALSE(model.result(Park::universal));
 
@@ -169,8 +163,7 @@ TEST_F(ModelTest, FirstStartShowsTheSampleRWDataURLSwitchesToLiveAndThePlannerUs
     refreshAndWait(model);
     ASSERT_EQ(model.watches().size(), 1u);
     EXPECT_EQ(model.watches().front().lastChecked, today);
-    ASSERT_TRUE(model.watches().front().lastPrice);
-    EXPECT_LE(*model.watches().front().lastPrice, best.total());
+    EXPECT_LE(model.watches().front().lastPrice.value_or(1e9), best.total());
 }
 
 // A destination whose cheapest fresh trip is at least $5 cheaper the next

@@ -46,9 +46,8 @@ void expectCopies(const Cache& cache, const feedgen::Files& night, std::vector<s
 }
 
 const FileReport& fileNamed(const RefreshReport& report, const std::string& name) {
-    for (const FileReport& file : report.files) {
+    for (const FileReport& file : report.files)
         if (file.name == name) return file;
-    }
     throw std::runtime_error("no report for " + name);
 }
 
@@ -77,7 +76,6 @@ TEST_F(RefreshTest, SecondHostServesWhenTheFirstFailsAndOnlyDecodedBytesAreCache
     first.setAll(500);
     serve(second, files);
     second.set("/api/TravelAdvisories", {200, files.at("advisories.json")});
-    first.set("/api/TravelAdvisories", {200, files.at("advisories.json")});
 
     RefreshInput in = input();
     in.advisoriesURL = second.url() + "api/TravelAdvisories";

@@ -24,44 +24,41 @@ void run(const std::string& command) {
     }
 }
 
-}  // namespace
-
-const TestCertificates& TestCertificates::shared() {
-    // Never destroyed: the exit handler below still needs its folder.
-    static const TestCertificates& certificates = *[] {
-        auto* made = new TestCertificates;
-        TestCertificates& c = *made;
+// A throw-away self-signed certificate for 127.0.0.1, made once per test
+// process in a temporary folder (host.pem, host-key.pem) removed when the
+// process exits.
+const std::string& certificates() {
+    // Never destroyed: the exit handler below still needs it.
+    static const std::string& folder = *[] {
         char pattern[] = "/tmp/roamwise-ca-XXXXXX";
-        c.folder = ::mkdtemp(pattern);
-        c.certFile = c.folder + "/host.pem";
-        c.keyFile = c.folder + "/host-key.pem";
+        auto* made = new std::string(::mkdtemp(pattern));
         run("openssl req -x509 -newkey rsa:2048 -nodes -days 2 -subj /CN=127.0.0.1 -addext "
             "subjectAltName=IP:127.0.0.1 -keyout " +
-            c.keyFile + " -out " + c.certFile);
+            *made + "/host-key.pem -out " + *made + "/host.pem");
         // Only this process trusts it, the way the curl tool would.
-        ::setenv("CURL_CA_BUNDLE", c.certFile.c_str(), 1);
-        std::atexit([] { std::filesystem::remove_all(TestCertificates::shared().folder); });
+        ::setenv("CURL_CA_BUNDLE", (*made + "/host.pem").c_str(), 1);
+        std::atexit([] { std::filesystem::remove_all(certificates()); });
         return made;
     }();
-    return certificates;
+    return folder;
 }
 
+}  // namespace
+
 TestHost::TestHost() {
-    const TestCertificates& certificates = TestCertificates::shared();
-    m_server = std::make_unique<httplib::SSLServer>(certificates.certFile.c_str(),
-                                                    certificates.keyFile.c_str());
+    m_server = std::make_unique<httplib::SSLServer>((certificates() + "/host.pem").c_str(),
+                                                    (certificates() + "/host-key.pem").c_str());
     if (!m_server->is_valid())
         throw std::runtime_error("test host: the certificate was not accepted");
     m_server->Get(".*", [this](const httplib::Request& request, httplib::Response& response) {
         Answer answer{404, "not found", std::chrono::milliseconds(0), {}};
         {
             std::lock_guard lock(m_mutex);
-            Seen seen{request.path, request.target, request.get_header_value("User-Agent"),
-                      std::nullopt};
-            if (request.has_header("If-Modified-Since")) {
-                seen.ifModifiedSince = request.get_header_value("If-Modified-Since");
-            }
-            m_seen.push_back(std::move(seen));
+            std::optional<std::string> since;
+            if (request.has_header("If-Modified-Since"))
+                since = request.get_header_value("If-Modified-Since");
+            m_seen.push_back(
+                {request.path, request.target, request.get_header_value("User-Agent"), since});
             if (m_all) {
                 answer.status = *m_all;
             } else if (auto found = m_answers.find(request.path); found != m_answers.end()) {
@@ -124,7 +121,7 @@ int closedPort() {
 }
 
 tripkit::HttpLoader testLoader(std::string defaultHost, long totalTimeoutSeconds) {
-    TestCertificates::shared();
+    certificates();
     HttpOptions options;
     options.connectTimeoutSeconds = 2;
     options.totalTimeoutSeconds = totalTimeoutSeconds;

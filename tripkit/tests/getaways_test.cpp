@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <tuple>
-#include <unordered_set>
 
 using namespace tripkit;
 
@@ -52,18 +51,16 @@ TEST(Getaways, LengthsWeekendsAndHolidaysAtTheirEdges) {
     const Day out = kToday + 10;
     auto nights = [&](int n) { return trip("LIS", out, out + n, 100); };
     const RoundTrip oneWay = trip("LIS", out, std::nullopt, 100);
-    struct Case {
-        TripLength length;
-        std::vector<int> fit;
-        std::vector<int> misfit;
-    };
-    for (const Case& c : std::vector<Case>{{TripLength::short_, {2, 3, 4}, {1, 5}},
-                                           {TripLength::week, {5, 9}, {4, 10}},
-                                           {TripLength::long_, {10, 60}, {9, 61}},
-                                           {TripLength::any, {0, 1, 61}, {}}}) {
-        for (int n : c.fit) EXPECT_TRUE(Getaways::fitsLength(nights(n), c.length)) << n;
-        for (int n : c.misfit) EXPECT_FALSE(Getaways::fitsLength(nights(n), c.length)) << n;
-        EXPECT_EQ(Getaways::fitsLength(oneWay, c.length), c.length == TripLength::any);
+    // Each length, the nights that fit it and those that do not.
+    using Nights = std::vector<int>;
+    for (const auto& [length, fit, misfit] :
+         std::vector<std::tuple<TripLength, Nights, Nights>>{{TripLength::short_, {2, 4}, {1, 5}},
+                                                             {TripLength::week, {5, 9}, {4, 10}},
+                                                             {TripLength::long_, {10, 60}, {9, 61}},
+                                                             {TripLength::any, {0, 1, 61}, {}}}) {
+        for (int n : fit) EXPECT_TRUE(Getaways::fitsLength(nights(n), length)) << n;
+        for (int n : misfit) EXPECT_FALSE(Getaways::fitsLength(nights(n), length)) << n;
+        EXPECT_EQ(Getaways::fitsLength(oneWay, length), length == TripLength::any);
     }
 
     // Out Thursday to Saturday, back Sunday to Tuesday, one to four nights.
@@ -134,7 +131,7 @@ TEST(Getaways, FindKeepsTheCheapestFittingTripPerDestination) {
     EXPECT_TRUE(find(c, TripTiming::anytime(), TripLength::any, std::set<std::string>{}).empty());
 }
 
-TEST(Getaways, FindForHolidaysCarriesTheWindowAndRoundTrips) {
+TEST(Getaways, FindForHolidaysCarriesTheWindow) {
     const FareCalendar c = calendar({
         trip("LIS", d(2026, 11, 25), d(2026, 11, 29), 500),  // Thanksgiving
         trip("LIS", d(2026, 12, 24), d(2026, 12, 27), 480),  // Christmas, Friday 25 to 27
@@ -162,13 +159,6 @@ TEST(Getaways, FindForHolidaysCarriesTheWindowAndRoundTrips) {
               (std::vector<std::string>{"LIS 2026-11-25 500"}));
     // Thanksgiving's trip is four nights: not a week.
     EXPECT_TRUE(find(c, thanksgiving, TripLength::week).empty());
-
-    Getaway g{trip("LIS", d(2026, 12, 24), d(2026, 12, 27), 480),
-              TripTiming::forHoliday(FederalHoliday::christmas), Holidays::windows(2026).back()};
-    EXPECT_EQ(json::decodeDocument<Getaway>(encode(g).dump(), "g"), g);
-    Getaway plain{g.trip, TripTiming::weekends(), std::nullopt};
-    EXPECT_EQ(json::decodeDocument<Getaway>(encode(plain).dump(), "g"), plain);
-    EXPECT_EQ((std::unordered_set<Getaway>{g, plain, g}.size()), 2u);
 }
 
 }  // namespace

@@ -29,8 +29,10 @@ TEST(Json, ErrorsNameSourceAndKeyPathHostileDocumentsFailCleanly) {
     EXPECT_EQ(errorOf<std::vector<Deal>>(std::string("[") + kDeal + "," +
                                          replaced(kDeal, R"("city":"Lisbon",)", "") + "]"),
               "flights/JFK.json: [1].city: required key is missing");
-    EXPECT_EQ(errorOf<Deal>(replaced(kDeal, R"("stops":0)", R"("stops":1.5)")),
-              "flights/JFK.json: stops: expected an integer");
+    const auto stops = [](const std::string& to) {
+        return errorOf<Deal>(replaced(kDeal, R"("stops":0)", to));
+    };
+    EXPECT_EQ(stops(R"("stops":1.5)"), "flights/JFK.json: stops: expected an integer");
 
     std::string truncated = kDeal;
     truncated.resize(truncated.size() / 2);
@@ -38,32 +40,24 @@ TEST(Json, ErrorsNameSourceAndKeyPathHostileDocumentsFailCleanly) {
     EXPECT_NE(
         errorOf<Deal>(std::string(100000, '[') + std::string(100000, ']')).find("not valid JSON"),
         std::string::npos);
-    const auto stops = [](const std::string& to) {
-        return errorOf<Deal>(testing::replaced(kDeal, R"("stops":0)", to));
-    };
-    EXPECT_NE(errorOf<Deal>(testing::replaced(kDeal, "199", "1e999")), "decoded");
+    EXPECT_NE(errorOf<Deal>(replaced(kDeal, "199", "1e999")), "decoded");
     EXPECT_NE(stops(R"("stops":99999999999999999999)"), "decoded");
     EXPECT_EQ(stops(R"("stops":4294967296)"), "flights/JFK.json: stops: integer out of range");
     // Trailing garbage after a complete document.
     EXPECT_NE(errorOf<Deal>(std::string(kDeal) + "}"), "decoded");
 }
 
-TEST(Json, OptionalKeysAndCaseKeyedForms) {
-    auto doc = json::parse(
-        R"({"a":null,"b":"x","e":{"disney":{"_0":3}},"two":{"a":{},"b":{}},"none":{}})", "t");
-    json::Value root = doc.root();
-    EXPECT_FALSE(root.getOptional<std::string>("a").has_value());
-    EXPECT_FALSE(root.getOptional<std::string>("zzz").has_value());
-    EXPECT_EQ(root.getOptional<std::string>("b"), "x");
-    auto [name, payload] = root.field("e").caseKeyed();
-    EXPECT_EQ(name, "disney");
-    EXPECT_EQ(payload.get<int>("_0"), 3);
-    EXPECT_EQ(payload.path(), "e.disney");
-    try {
-        root.field("two").caseKeyed();
-        FAIL();
-    } catch (const json::DecodeError& e) {
-        EXPECT_EQ(e.message, "Invalid number of keys found, expected one.");
+// A case-keyed form's name and payload, and null read as absent, are the
+// decoders' tests' (trip search, calendars); here what they never meet.
+TEST(Json, ACaseKeyedFormHasExactlyOneKey) {
+    auto doc = json::parse(R"({"two":{"a":{},"b":{}},"none":{}})", "t");
+    for (const char* key : {"two", "none"}) {
+        try {
+            doc.root().field(key).caseKeyed();
+            ADD_FAILURE() << key;
+        } catch (const json::DecodeError& e) {
+            EXPECT_EQ(e.message, "Invalid number of keys found, expected one.") << key;
+        }
     }
 }
 
@@ -140,9 +134,6 @@ TEST(JsonFields, OptionalFieldsLeftOutAndChecksFailAtTheirFieldsInListOrder) {
     decode(doc.root(), p);
     EXPECT_FALSE(p.fee.has_value());
     EXPECT_EQ(json::encodeFields(p).dump(), text);
-    p.fee = 3;
-    EXPECT_EQ(json::encodeFields(p).dump(),
-              R"({"count":2,"fee":3,"rates":[1,2.5],"lat":40.0,"name":"x"})");
     EXPECT_EQ(json::decodeDocument<Probe>(
                   R"({"count":2,"fee":null,"rates":[1,2],"lat":0,"name":""})", "t")
                   .fee,

@@ -72,11 +72,8 @@ TEST(StayPricing, PartsOutsideTheCoverageEstimatedEveryAllowedResortAndCopies) {
     struct Case {
         bool disney;
         Day checkIn;
-        int nights;
-        int parkDays;
-        bool hotelPriced;
-        bool hotelEstimated;
-        bool ticketsEstimated;
+        int nights, parkDays;
+        bool hotelPriced, hotelEstimated, ticketsEstimated;
     };
     const std::vector<Case> cases = {
         {true, d(2027, 3, 28), 3, 3, true, false, false},    // last published night and day

@@ -90,18 +90,14 @@ TEST_F(UniversalGuideTest, TicketsTransportAndBusyDates) {
     // 1-2 January and 20-31 December; Memorial Day 2026 (Monday 25 May) is
     // off from Saturday 23; New Year 2027 falls on a Friday, off to Sunday 3
     // January, where the fixed dates do not reach.
-    for (const auto& [day, busy] : std::vector<std::pair<Day, bool>>{{d(2026, 1, 1), true},
-                                                                     {d(2026, 1, 2), true},
-                                                                     {d(2026, 1, 3), false},
-                                                                     {d(2026, 12, 19), false},
-                                                                     {d(2026, 12, 20), true},
-                                                                     {d(2026, 12, 31), true},
-                                                                     {d(2026, 5, 23), true},
-                                                                     {d(2026, 5, 22), false},
-                                                                     {d(2027, 1, 3), true},
-                                                                     {d(2027, 1, 4), false}}) {
-        EXPECT_EQ(guide.isBusy(day), busy) << day;
-    }
+    // clang-format off
+    const std::vector<std::pair<Day, bool>> busyDays = {
+        {d(2026, 1, 1), true}, {d(2026, 1, 2), true}, {d(2026, 1, 3), false},
+        {d(2026, 12, 19), false}, {d(2026, 12, 20), true}, {d(2026, 12, 31), true},
+        {d(2026, 5, 22), false}, {d(2026, 5, 23), true},
+        {d(2027, 1, 3), true}, {d(2027, 1, 4), false}};
+    // clang-format on
+    for (const auto& [day, busy] : busyDays) EXPECT_EQ(guide.isBusy(day), busy) << day;
     // Disney has no fixed busy days in late December.
     EXPECT_FALSE(DisneyGuide::busyDate(d(2026, 12, 20), {}));
 }

@@ -1,5 +1,7 @@
 #include "tripkit/wear_forecast.h"
 
+#include <array>
+
 #include <gtest/gtest.h>
 
 #include "tripkit/tests/test_data.h"
@@ -25,39 +27,29 @@ WearForecast::Doc::Step step(int hour, double temperature, double mm, double hum
 }
 
 TEST(WearForecast, RainSnowAndSampleRulesInstantsAndRequest) {
-    struct Case {
-        double mm;
-        double rain;
-    };
-    for (const Case& c : std::vector<Case>{
+    for (const auto& [mm, rain] : std::vector<std::pair<double, double>>{
              {3.0, 0.9}, {2.99, 0.7}, {1.0, 0.7}, {0.99, 0.4}, {0.3, 0.4}, {0.29, 0.1}, {0, 0.1}}) {
-        EXPECT_EQ(WearForecast::rainChance(c.mm), c.rain) << c.mm;
+        EXPECT_EQ(WearForecast::rainChance(mm), rain) << mm;
     }
 
     // A cold day (high 1, low −1, mean 0) with 1.2 mm: rain 0.7, snow 0.7.
-    struct DayCase {
-        std::vector<double> temperatures;
-        double mm;
-        double rain;
-        double snow;
+    // The high (the other hours −1, 0 and 0.5 °C), the first hour's mm, rain, snow.
+    const std::vector<std::array<double, 4>> days = {
+        {1, 1.2, 0.7, 0.7},
+        {1, 0.29, 0.1, 0},   // too little to count as snow
+        {3, 0.3, 0.4, 0.4},  // mean exactly 1 °C
+        {3.2, 5, 0.9, 0},    // mean 1.1 °C: rain
     };
-    const std::vector<DayCase> days = {
-        {{1, -1, 0, 0.5}, 1.2, 0.7, 0.7},
-        {{1, -1, 0, 0.5}, 0.29, 0.1, 0},   // too little to count as snow
-        {{3, -1, 0, 0.5}, 0.3, 0.4, 0.4},  // mean exactly 1 °C
-        {{3.2, -1, 0, 0.5}, 5, 0.9, 0},    // mean 1.1 °C: rain
-    };
-    for (const DayCase& c : days) {
+    for (const auto& [high, mm, rain, snow] : days) {
         WearForecast::Doc doc;
-        for (std::size_t i = 0; i < c.temperatures.size(); ++i) {
-            doc.properties.timeseries.push_back(
-                step(static_cast<int>(i), c.temperatures[i], i == 0 ? c.mm : 0));
-        }
+        const double temperatures[] = {high, -1, 0, 0.5};
+        for (int i = 0; i < 4; ++i)
+            doc.properties.timeseries.push_back(step(i, temperatures[i], i == 0 ? mm : 0));
         const auto out = WearForecast::days(doc, "UTC");
         ASSERT_EQ(out.size(), 1u);
         const WearDay& d = out.begin()->second;
-        EXPECT_EQ(d.rain, c.rain) << c.mm;
-        EXPECT_EQ(d.snow, c.snow) << c.mm;
+        EXPECT_EQ(d.rain, rain) << mm;
+        EXPECT_EQ(d.snow, snow) << mm;
         EXPECT_EQ(d.source, WearDay::Source::forecast);
     }
 
@@ -74,10 +66,9 @@ TEST(WearForecast, RainSnowAndSampleRulesInstantsAndRequest) {
     const auto out = WearForecast::days(doc, "UTC");
     ASSERT_EQ(out.size(), 1u);
     const WearDay& d = out.at(Day::fromCivil(2026, 1, 10));
-    EXPECT_EQ(d.humidity, 60);
-    EXPECT_EQ(d.wind, 0);
-    EXPECT_EQ(d.high, 7);
-    EXPECT_EQ(d.coldNight, 5);
+    // Humidity, wind, high, cold night.
+    EXPECT_EQ((std::vector<double>{d.humidity, d.wind, d.high, d.coldNight}),
+              (std::vector<double>{60, 0, 7, 5}));
     EXPECT_THROW(WearForecast::days(doc, "Mars/Olympus"), std::invalid_argument);
 
     EXPECT_EQ(parseInstant("1970-01-02T00:00:00Z"), 86400);
