@@ -73,8 +73,9 @@ int DealsModel::columnCount(const QModelIndex& parent) const { return parent.isV
 QVariant DealsModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid() || index.row() >= rowCount()) return {};
     const Deal& deal = m_deals[static_cast<std::size_t>(index.row())];
-    const std::optional<std::int64_t> nightCount =
-        deal.returnDay ? std::optional(*deal.returnDay - deal.depart) : std::nullopt;
+    // -1 for a one-way trip (a return before the departure is left out when
+    // decoding). Not an optional: GCC 12 warns it may be read uninitialised.
+    const std::int64_t nightCount = deal.returnDay ? *deal.returnDay - deal.depart : -1;
     const std::int64_t days = Freshness::age(deal.seen, m_today);
 
     if (role == codeRole) return Texts::of(deal.destination);
@@ -97,7 +98,7 @@ QVariant DealsModel::data(const QModelIndex& index, int role) const {
         switch (index.column()) {
             case price: return deal.price;
             case dates: return QVariant::fromValue<qlonglong>(deal.depart.count);
-            case nights: return QVariant::fromValue<qlonglong>(nightCount.value_or(-1));
+            case nights: return QVariant::fromValue<qlonglong>(nightCount);
             case stops: return deal.stops;
             case age: return QVariant::fromValue<qlonglong>(days);
             default: break;
@@ -113,7 +114,7 @@ QVariant DealsModel::data(const QModelIndex& index, int role) const {
         case country: return Texts::of(deal.country);
         case price: return Texts::money(deal.price);
         case dates: return Texts::dates(deal.depart, deal.returnDay, m_today);
-        case nights: return nightCount ? QString::number(*nightCount) : QStringLiteral("one way");
+        case nights: return nightCount >= 0 ? QString::number(nightCount) : QStringLiteral("one way");
         case airline: return Texts::of(Airline::display(deal.airline));
         case stops: return Texts::stops(deal.stops);
         case origin: return Texts::of(deal.origin.value_or(""));

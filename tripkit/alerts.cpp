@@ -60,11 +60,14 @@ namespace {
 // "$1,234": alerts speak in whole dollars.
 std::string wholeDollars(double dollars) {
     const auto whole = static_cast<long long>(std::round(std::abs(dollars)));
-    std::string digits = std::to_string(whole);
-    for (auto at = static_cast<std::ptrdiff_t>(digits.size()) - 3; at > 0; at -= 3) {
-        digits.insert(static_cast<std::size_t>(at), ",");
+    const std::string digits = std::to_string(whole);
+    // Appended rather than inserted: GCC 12 warns (-Wrestrict) on the insert.
+    std::string out = dollars < 0 ? "-$" : "$";
+    for (std::size_t i = 0; i < digits.size(); ++i) {
+        if (i > 0 && (digits.size() - i) % 3 == 0) out += ',';
+        out += digits[i];
     }
-    return (dollars < 0 ? "-$" : "$") + digits;
+    return out;
 }
 
 }  // namespace
