@@ -53,8 +53,8 @@ M = [
  ("cli: an advisories feed that does not decode exits 0", "cli/advisories_command.cpp", 'not an advisories feed: " << shown(e.what()) << "\\n";\n            io.status = kNoData;', 'not an advisories feed: " << shown(e.what()) << "\\n";\n            io.status = kOk;'),
  ("plan: a trip's JSON without its inbound leg", "cli/plan_command.cpp", '    out["inbound"] = legJson(t.inbound);\n', ''),
  ("windows: an empty child between commas accepted", "tripkit/json_windows.cpp", 'if (item.empty()) return std::nullopt;', 'if (item.empty() && start == 0) return std::nullopt;'),
- ("narrowed read: fares left out unreported when seen later", "tripkit/fares.cpp", 'if (seenAfterDay(seen, *updated, needs->today)) ++book.seenLater;', '(void)seen;'),
- ("narrowed read: a book's deals offered without its day", "tripkit/fares.cpp", 'choice.offer(std::move(d), book.origin, *updated)', 'choice.offer(std::move(d), book.origin, std::nullopt)'),
+ ("narrowed read: fares left out unreported when seen later", "tripkit/fares.cpp", 'if (seenAfterDay(seen, bookDay(), needs->today)) ++book.seenLater;', '(void)seen;'),
+ ("narrowed read: a book's deals offered without its day", "tripkit/fares.cpp", 'choice.offer(std::move(d), book.origin, bookDay())', 'choice.offer(std::move(d), book.origin, std::nullopt)'),
 ]
 only = sys.argv[3:] 
 results = []

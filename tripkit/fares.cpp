@@ -290,9 +290,13 @@ struct FareSink {
     bool keepsOrlando() const { return !needs || needs->orlando; }
     bool keepsAllDeals() const { return !needs; }
 
-    void dropped(const std::optional<Day>& seen) {
+    // Read once the book's "updated" has been read (it comes first).
+    const std::optional<Day>& bookDay() {
         if (!updated) updated = book.updatedDay();
-        if (seenAfterDay(seen, *updated, needs->today)) ++book.seenLater;
+        return *updated;
+    }
+    void dropped(const std::optional<Day>& seen) {
+        if (seenAfterDay(seen, bookDay(), needs->today)) ++book.seenLater;
     }
     // `day` is null when the day fares are not kept.
     void option(std::vector<FareOption>* day, FareOption&& o) {
@@ -307,9 +311,8 @@ struct FareSink {
             book.deals.push_back(std::move(d));
             return;
         }
-        if (!updated) updated = book.updatedDay();
         const std::optional<Day> seen = d.seen;
-        if (!needs->deals || !choice.offer(std::move(d), book.origin, *updated)) dropped(seen);
+        if (!needs->deals || !choice.offer(std::move(d), book.origin, bookDay())) dropped(seen);
     }
     void finish() {
         if (needs) book.deals = std::move(choice.kept);
